@@ -1,0 +1,60 @@
+// The analysis state: everything that one run sets up and its reports read.
+//
+// It begins with `analysis = Analysis{}`, which is the reset to the defaults, and its end removes
+// the work files.  Workers take the parts they need, const wherever they do not write; only the
+// steps (run/pipeline) see the whole.
+#ifndef FLANKS_RUN_ANALYSIS_H
+#define FLANKS_RUN_ANALYSIS_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "run/data_counts.h"
+#include "run/design.h"
+#include "run/estimates.h"
+#include "run/faults.h"
+#include "run/report_state.h"
+#include "run/scale_tables.h"
+#include "run/settings.h"
+#include "run/work_files.h"
+
+namespace flanks {
+
+class SpecificationSource;  // spec/: the open Specification and its include files
+
+// What the Specification reader leaves to later steps.
+struct SpecificationState {
+  SpecificationState();
+  ~SpecificationState();
+  SpecificationState(SpecificationState&&) noexcept;
+  SpecificationState& operator=(SpecificationState&&) noexcept;
+
+  std::string SeenCodes =
+      std::string(70, ' ');  // blank, 'X' taken from the extras, 'S' from the file
+  std::vector<std::string> IgnoredLines;
+  std::string ExtraSpecifications;
+  bool ReadingExtras = false;
+  bool EndOfSpecification = false;
+  bool InlineData = false;
+  bool lineLeft = false;                        // a list's handler left its last line in Fields
+  std::int64_t labelsLine = 0;                  // line of Labels=; 0: not met; locks Umean=
+  std::unique_ptr<SpecificationSource> source;  // stays open while the data are in line
+};
+
+struct Analysis {
+  Settings settings;                 // one value for each keyword            written by spec/
+  SpecificationState specification;  // the Specification being read       written by spec/
+  ReadState reading;          // FaultCode, LineNumber, CurrentLine    written by spec/, data/
+  Design design;              // Flanks, elements, models, scales      written by spec/
+  DataCounts counts;          // what the data pass met                written by data/
+  StructureTable structures;  // category structures                   written by data/
+  WorkFiles work;             // owns the work files                   written by data/
+  ScaleTables scales;         // thresholds, flags, category counts    written by estimate/
+  Estimates estimates;        // measures, status, statistics          written by estimate/, stats/
+  ReportState report;         // title, headings, output switch        written by report/
+};
+
+}  // namespace flanks
+
+#endif  // FLANKS_RUN_ANALYSIS_H
