@@ -69,6 +69,8 @@ struct FlankTable {
   Column<FlankNo, std::int16_t> FlankOrientation;   // kPositiveOrientation, kNegativeOrientation
   Column<FlankNo, std::int16_t> FlankCenter;        // kNonCentered, kCentered, ...WithExtremes
   Column<FlankNo, std::string> FlankDelements;      // "N.", "L.", "NL", "LN"
+  Column<FlankNo, std::int32_t> identifierStart;    // Delements= E: column within a data field
+  Column<FlankNo, std::int32_t> identifierWidth;    // Delements= W; both 0 when not given
   Column<FlankNo, std::int32_t> FlankHighestGroup;  // largest group number, 0 for none
 };
 
