@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <ostream>
 #include <string>
 #include <tuple>
 
@@ -22,6 +23,11 @@ struct Program {
   const char* name;
   const char* path;
 };
+// The word for a program in the names of the tests.
+[[maybe_unused]] void PrintTo(const Program& program, std::ostream* out) {
+  *out << program.name;
+}
+
 constexpr Program kPlain{"plain", FLANKS_PROGRAM}, kChecked{"checked", FLANKS_CHECKED_PROGRAM};
 
 class Golden : public ::testing::TestWithParam<std::tuple<std::string, Program>> {};
