@@ -1,0 +1,135 @@
+#include "stats/fit_statistics.h"
+
+#include <cfloat>
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace flanks {
+namespace {
+
+const float kTiny = static_cast<float>(std::exp(-80.0));
+
+struct FitCase {
+  double denominator, variance, numerator;
+  double meanSquare, exact, approximate, degreesOfFreedom;
+  const char* why;
+};
+
+// Worked by hand: q = sqrt(variance) / denominator, ZStd = (MS^(1/3) - 1) 3/q [+ q/3].
+constexpr FitCase kFitCases[] = {
+    {20, 12, 26, 1.3, 1.64071, 1.58297, 66.6667, "misfit"},
+    {20, 12, 14, 0.7, -1.88382, -1.94156, 66.6667, "overfit"},
+    {10, 5, 10, 1.0, 0.07454, 0.0, 40.0, "at the expectation the last term is left"},
+    {30, 90, 33, 1.1, 0.41165, 0.30624, 20.0, "a large variance"},
+    {4, 2, 60, 9.0, 9.0, 9.0, 16.0, "mean-square and ZStd are cut at 9"},
+    {4, 2, 0, 0.0, -8.367432, -8.485281, 16.0, "no misfit at all"},
+    {100, 2, 1, 0.01, -9.0, -9.0, 10000.0, "ZStd is cut at -9"},
+    {0, 1, 3, 1.0, 0.0, 0.0, 0.0, "nothing to divide by"},
+    {-1, 1, 3, 1.0, 0.0, 0.0, 0.0, "nor by less than nothing"},
+    {5, 0, 6, 1.2, 0.0, 0.0, 0.0, "a mean-square without a variance"},
+    {5, -2, 6, 1.2, 0.0, 0.0, 0.0, "rounding below 0 is no variance"},
+};
+
+TEST(ZStdOf, FollowsWilsonAndHilferty) {
+  for (const FitCase& c : kFitCases) {
+    const FitValue fit =
+        ZStdOf(c.denominator, c.variance, c.numerator, WilsonHilferty::exact, kTiny);
+    EXPECT_NEAR(fit.MeanSquare, c.meanSquare, 1E-6) << c.why;
+    EXPECT_NEAR(fit.ZStd, c.exact, 1E-5) << c.why;
+    EXPECT_NEAR(fit.DegreesOfFreedom, c.degreesOfFreedom, 1E-4) << c.why;
+  }
+}
+
+TEST(ZStdOf, DropsTheLastTermOnRequest) {
+  for (const FitCase& c : kFitCases) {
+    const FitValue fit =
+        ZStdOf(c.denominator, c.variance, c.numerator, WilsonHilferty::approximate, kTiny);
+    EXPECT_NEAR(fit.ZStd, c.approximate, 1E-5) << c.why;
+    EXPECT_NEAR(fit.MeanSquare, c.meanSquare, 1E-6) << c.why;
+  }
+}
+
+// The cut mean-square of 9 would give (9^(1/3) - 1) 3/q + q/3 = 1.4401; the uncut ratio of 15
+// gives 2.0308 with q = 2.5.
+TEST(ZStdOf, TakesTheUncutRatioForZStd) {
+  const FitValue fit = ZStdOf(4, 100, 60, WilsonHilferty::exact, kTiny);
+  EXPECT_EQ(fit.MeanSquare, 9.0f);
+  EXPECT_NEAR(fit.ZStd, (std::cbrt(15.0) - 1.0) * 3.0 / 2.5 + 2.5 / 3.0, 1E-6);
+}
+
+TEST(ZStdOf, IsFiniteAtTheEdgesOfTheNumbers) {
+  const double values[] = {0.0, 1E-45, 1E-30, 1E-9, 1.0, 1E9, 1E30, 3E38};
+  for (const double a : values) {
+    for (const double b : values) {
+      for (const double c : values) {
+        for (const float tiny : {kTiny, 0.0f}) {
+          const FitValue fit = ZStdOf(a, b, c, WilsonHilferty::exact, tiny);
+          ASSERT_TRUE(std::isfinite(fit.MeanSquare) && std::isfinite(fit.ZStd) &&
+                      std::isfinite(fit.DegreesOfFreedom))
+              << a << ' ' << b << ' ' << c;
+          ASSERT_LE(std::abs(fit.MeanSquare), 9.0f);
+          ASSERT_LE(std::abs(fit.ZStd), 9.0f);
+        }
+      }
+    }
+  }
+}
+
+struct ErrorCase {
+  double information;
+  float infitMeanSquare;
+  ErrorKind kind;
+  double standardError;
+};
+
+TEST(StandardErrorOf, IsEnlargedByMisfitOnly) {
+  const ErrorCase cases[] = {
+      {16, 1.0f, ErrorKind::model, 0.25}, {16, 1.44f, ErrorKind::model, 0.25},
+      {16, 1.44f, ErrorKind::real, 0.30}, {16, 0.8f, ErrorKind::real, 0.25},
+      {0, 1.0f, ErrorKind::model, 0.0},   {1E-36, 1.0f, ErrorKind::model, 0.0},
+      {4, 1.0f, ErrorKind::real, 0.5},
+  };
+  for (const ErrorCase& c : cases) {
+    EXPECT_NEAR(StandardErrorOf(c.information, c.infitMeanSquare, c.kind, kTiny), c.standardError,
+                1E-6)
+        << c.information << ' ' << c.infitMeanSquare;
+  }
+}
+
+TEST(DisplacementOf, WouldRemoveTheScoreResidual) {
+  EXPECT_FLOAT_EQ(DisplacementOf(14, 12, 8, kTiny), 0.25f);
+  EXPECT_FLOAT_EQ(DisplacementOf(12, 14, 8, kTiny), -0.25f);
+  EXPECT_FLOAT_EQ(DisplacementOf(14, 14, 8, kTiny), 0.0f);
+}
+
+TEST(DisplacementOf, StaysFiniteWithoutInformation) {
+  for (const float tiny : {kTiny, 0.0f}) {
+    EXPECT_TRUE(std::isfinite(DisplacementOf(1E9, 12, 0, tiny)));
+    EXPECT_TRUE(std::isfinite(DisplacementOf(12, 1E9, 0, tiny)));
+    EXPECT_GT(DisplacementOf(14, 12, 0, tiny), 1E30f);
+    EXPECT_EQ(DisplacementOf(14, 14, 0, tiny), 0.0f);
+  }
+}
+
+// Two observations of a scale 0 to 2 with thresholds -1 and 1 at B = 0: the cumulative logits are
+// 0, 1, 0 and the probabilities p1 = e / (2 + e) = .576117, p0 = p2 = .211942, so that the
+// expectation of one is .576117 and its variance .576117 - .576117² = .244206.
+TEST(DiscriminationOf, TakesTheExpectationOffOnce) {
+  const double expectation = 2 * 0.576117;
+  const double variance = 2 * 0.244206;
+  EXPECT_NEAR(DiscriminationOf(2.0, expectation, variance), 2.735760, 1E-5);
+  EXPECT_NEAR(DiscriminationOf(1.0, expectation, variance), 0.688308, 1E-5);
+  EXPECT_NEAR(DiscriminationOf(expectation, expectation, variance), 1.0, 1E-6);
+}
+
+TEST(DiscriminationOf, IsCutAndHasADefault) {
+  EXPECT_EQ(DiscriminationOf(5.0, 1.0, 0.0), 1.0f);
+  EXPECT_EQ(DiscriminationOf(5.0, 1.0, -1E-12), 1.0f);
+  EXPECT_EQ(DiscriminationOf(5.0, 1.0, 1E-12), 10.0f);
+  EXPECT_EQ(DiscriminationOf(1.0, 5.0, 1E-12), -10.0f);
+  // The variance has a floor of 1E-10, so a difference of 1E-10 counts as 1.
+  EXPECT_NEAR(DiscriminationOf(1E-10, 0.0, 1E-15), 2.0, 1E-6);
+}
+
+}  // namespace
+}  // namespace flanks
