@@ -125,7 +125,7 @@ struct ReadState {
 };
 
 // Makes `fault` the pending one unless one is pending already: the first fault is the one reported.
-// The line number and, when `text` is not given, SourceLine are taken from the state.
+// The line number is taken from the state when it is not given.
 void SetFault(ReadState& reading, Fault fault, FaultParticulars particulars = {});
 
 }  // namespace flanks

@@ -48,6 +48,7 @@ struct FormerRun {
 struct Process {
   RunControl control;
   InitialSettings initial;
+  std::string commandLine;    // one text, as the user gave it
   bool DecimalComma = false;  // the system's decimal mark; for the words of fault 60 only
   FormerRun former;
 };

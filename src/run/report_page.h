@@ -5,7 +5,7 @@
 // was written survives a crash, and a report file that cannot be written costs no run (said once
 // on the screen).  While no report file is open, lines go to the screen.
 //
-// Tested by tests/unit/run/report_page_test.cpp.
+// Tested by tests/unit/run/console_test.cpp.
 #ifndef FLANKS_RUN_REPORT_PAGE_H
 #define FLANKS_RUN_REPORT_PAGE_H
 

@@ -1,0 +1,42 @@
+// The columns of Table 7: heads and edit words as rows of data.
+//
+// A row of figures is assembled from one edit word for each kind of row.  All kinds share the
+// column separators, so that figures stand under their heads: the fixed columns first (scores,
+// measure, fit, discrimination), then the optional ones that the Flank's Table shows, then the
+// label.  With Left-hand placement the label stands in front of everything.
+//
+// Tested by tests/unit/report/table7_columns_test.cpp.
+#ifndef FLANKS_REPORT_TABLE7_COLUMNS_H
+#define FLANKS_REPORT_TABLE7_COLUMNS_H
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "run/analysis.h"
+
+namespace flanks {
+
+enum class Table7Column { correlationMeasure };
+
+// What one Flank's Table 7 looks like.  Built once for each Flank.
+struct Table7Layout {
+  FlankNo flank;
+  int numberWidth = 3;  // places of the element number in a label
+  int labelWidth = 20;  // display width of the label column
+  bool leftHand = false;
+  std::vector<Table7Column> optional;
+  std::array<std::string, 4> headingRows;
+  std::string rulePattern;
+  std::string fullRow, extremeRow, statusRow, footRow;  // edit words
+};
+
+Table7Layout LayOutTable7(const Analysis& analysis, FlankNo flank);
+
+// "  7 Ann": the number right-aligned, a blank, the label.
+std::string NumberedLabel(const Table7Layout& layout, const ElementTable& elements,
+                          ElementSlot slot);
+
+}  // namespace flanks
+
+#endif  // FLANKS_REPORT_TABLE7_COLUMNS_H

@@ -1,0 +1,59 @@
+// The shell of a run on a terminal, in a pipe or in batch.
+//
+// Everything goes to standard output.  On a terminal flagged messages are coloured and iteration
+// lines overwrite each other; elsewhere the text is plain.  The interrupt signal (Ctrl+C) only
+// raises a flag that the run looks at in Pump; a second one ends the process at once.
+//
+// Tested by tests/unit/shell/console_shell_test.cpp and tests/damage/interrupt_test.cpp.
+#ifndef FLANKS_SHELL_CONSOLE_SHELL_H
+#define FLANKS_SHELL_CONSOLE_SHELL_H
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "run/shell_interface.h"
+
+namespace flanks {
+
+class ConsoleShell : public Shell {
+ public:
+  // Writes to `out`; `terminal` says whether a person looks at it.
+  ConsoleShell(RunControl& control, std::FILE* out, bool terminal);
+
+  // Lets Ctrl+C and a request to terminate raise the flag, and a closed pipe pass.
+  static void CatchInterrupts();
+
+ protected:
+  void DoDeliverEvents() override;
+  void DoWait(int milliseconds) override;
+  void DoShowStatus(std::string_view text, Emphasis emphasis) override;
+  void DoAppendOutput(std::string_view line) override;
+  void DoShowProgress(std::string_view piece) override;
+  void DoEditFile(const std::string& name, ViewAt position, std::string_view caption) override;
+  std::int64_t DoMilliseconds() override;
+
+ private:
+  void Print(std::string_view text);
+  void EndOpenLine();
+
+  std::FILE* out_;
+  bool terminal_;
+  bool lineOpen_ = false;  // a progress bar or an overwritten line has no line end yet
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+// Questions are cancelled; message boxes become a line.
+class ConsoleDialogs : public Dialogs {
+ public:
+  explicit ConsoleDialogs(Shell& shell) : shell_(shell) {}
+  void MessageBox(std::string_view text, std::string_view title) override;
+
+ private:
+  Shell& shell_;
+};
+
+}  // namespace flanks
+
+#endif  // FLANKS_SHELL_CONSOLE_SHELL_H
