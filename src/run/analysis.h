@@ -23,6 +23,16 @@ namespace flanks {
 
 class SpecificationSource;  // spec/: the open Specification and its include files
 
+// A list of Flanks as `Noncenter=` or `Positive=` gave it; put into the Flank table whenever that
+// changes its size.
+struct FlankList {
+  bool given = false;
+  bool reversed = false;     // `Center=`, `Negative=`
+  char all = ' ';            // 'Y', 'N': every Flank, none
+  std::vector<int> listed;   // Flank numbers
+  std::vector<int> zOrigin;  // of these, the Flanks with a "Z" behind the number
+};
+
 // What the Specification reader leaves to later steps.
 struct SpecificationState {
   SpecificationState();
@@ -37,8 +47,9 @@ struct SpecificationState {
   bool ReadingExtras = false;
   bool EndOfSpecification = false;
   bool InlineData = false;
-  bool lineLeft = false;                        // a list's handler left its last line in Fields
-  std::int64_t labelsLine = 0;                  // line of Labels=; 0: not met; locks Umean=
+  bool lineLeft = false;        // a list's handler left its last line in Fields
+  std::int64_t labelsLine = 0;  // line of Labels=; 0: not met; locks Umean=
+  FlankList centers, orientations;
   std::unique_ptr<SpecificationSource> source;  // stays open while the data are in line
 };
 

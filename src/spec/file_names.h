@@ -1,0 +1,36 @@
+// File names as users write them: what is refused, where a file is looked for, what the report is
+// called when nobody named it.
+//
+// "/" and "\" both end a folder.  Names of files to be written are relative to the current folder;
+// a file to be read that is not there is looked for in the Specification's folder as well.
+//
+// Tested by tests/unit/spec/file_names_test.cpp.
+#ifndef FLANKS_SPEC_FILE_NAMES_H
+#define FLANKS_SPEC_FILE_NAMES_H
+
+#include <string>
+#include <string_view>
+
+#include "run/faults.h"
+
+namespace flanks {
+
+// Faults: noFileName; badFileName, for a name that holds * or ? or ends with \ / or :.
+[[nodiscard]] Fault CheckFileName(std::string_view name);
+
+// `name` when there is such a file or nowhere else; otherwise the file of that name in the folder
+// of `specificationFile`.
+std::string FindFileToRead(const std::string& name, const std::string& specificationFile);
+
+// The report of a Specification: its name with ".out.txt" in place of its last extension.
+std::string DefaultOutputName(std::string_view specificationFile);
+
+// Whether two names lead to one file; names of files that are not there are compared as written.
+bool SameFile(const std::string& a, const std::string& b);
+
+// "\"name\"".
+std::string InQuotes(std::string_view name);
+
+}  // namespace flanks
+
+#endif  // FLANKS_SPEC_FILE_NAMES_H

@@ -1,0 +1,93 @@
+// Handlers of the keywords that set one value.
+//
+// Each takes the fields of its line and writes one field of Settings.  A switch is judged by the
+// first letter of its value: Y is yes, anything else and an empty value is no.  Real numbers may be
+// expressions; whole ones are cut.  Other keywords with an empty value keep what they have, unless
+// it says otherwise here.
+//
+// Tested by tests/unit/spec/keyword_settings_test.cpp.
+#ifndef FLANKS_SPEC_KEYWORD_SETTINGS_H
+#define FLANKS_SPEC_KEYWORD_SETTINGS_H
+
+#include "spec/spec_context.h"
+
+namespace flanks {
+
+// Files.  A name that is set already (command line, `Output=`) stays.  Fault: badFileName.
+void SetData(SpecContext& context);    // without a value the following lines are the data
+void SetOutput(SpecContext& context);  // up to four names: output, anchor, residual, graph
+void SetAnchorfile(SpecContext& context);
+void SetGraphfile(SpecContext& context);
+void SetResidualfile(SpecContext& context);
+void SetScorefile(SpecContext& context);
+void SetSimulated(SpecContext& context);
+
+// Estimation.
+void SetConvergence(SpecContext& context);
+void SetHardware(SpecContext& context);
+void SetIterations(SpecContext& context);
+void SetNewton(SpecContext& context);  // Y is 0.5
+void SetSubsets(SpecContext& context);
+void SetWhexact(SpecContext& context);
+void SetXtreme(SpecContext& context);  // values from 0 to 1, both excluded
+
+// Data.
+void SetMissing(SpecContext& context);
+void SetNull(SpecContext& context);  // fault nullElementRange
+void SetQuery(SpecContext& context);
+void SetReplication(SpecContext& context);
+
+// User units.  Fault unitsTooLate behind `Labels=` or a scale.
+void SetUmean(SpecContext& context);
+void SetUscale(SpecContext& context);
+void SetUdecimals(SpecContext& context);
+
+// What the report shows.
+void SetArrange(SpecContext& context);  // fault invalidArrange; an empty value clears it
+void SetAscii(SpecContext& context);
+void SetBarchart(SpecContext& context);
+void SetBias(SpecContext& context);
+void SetBox(SpecContext& context);
+void SetFair(SpecContext& context);
+void SetInterRater(SpecContext& context);
+void SetJuxtapose(SpecContext& context);
+void SetLeftHand(SpecContext& context);
+void SetOmitUnobserved(SpecContext& context);
+void SetShowUnobserved(SpecContext& context);  // the same with the sense reversed
+void SetPtBiserial(SpecContext& context);
+void SetReversed(SpecContext& context);
+void SetStandardErrors(SpecContext& context);
+void SetT3onscreen(SpecContext& context);
+void SetT4MAX(SpecContext& context);
+void SetT7LGS(SpecContext& context);
+void SetT8NBC(SpecContext& context);
+void SetTables(SpecContext& context);
+void SetTitle(SpecContext& context);
+void SetTotalscore(SpecContext& context);
+void SetUnexpected(SpecContext& context);
+void SetUsort(SpecContext& context);
+void SetUtf8(SpecContext& context);  // `UTF8encoded=` and `UTF8sub=`, told apart by the keyword
+void SetVertical(SpecContext& context);
+void SetWrite(SpecContext& context);
+void SetYardstick(SpecContext& context);
+void SetZscore(SpecContext& context);
+
+// The run and its output files.
+void SetBatch(SpecContext& context);
+void SetBeep(SpecContext& context);
+void SetCsv(SpecContext& context);
+void SetHeadingLines(SpecContext& context);
+void SetQuoteMarks(SpecContext& context);
+
+// Whether the value asks for what a version without it must refuse.
+bool AsksAlways(const SpecContext& context);
+bool AsksWithValue(const SpecContext& context);
+bool AsksUnlessNo(const SpecContext& context);         // any value but one that begins with N
+bool AsksAboveZero(const SpecContext& context);        // a number above 0 first
+bool AsksForBiserial(const SpecContext& context);      // any value but M and what counts as N
+bool AsksForSubsetReport(const SpecContext& context);  // R, L
+bool AsksForMoreFiles(const SpecContext& context);     // a second name or more
+
+}  // namespace flanks
+
+#endif  // FLANKS_SPEC_KEYWORD_SETTINGS_H
