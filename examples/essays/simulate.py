@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes the data of this example: essays-data.txt and, with the true measures, truth.csv.
 
-Nobody wrote these essays and nobody judged them.  80 examinees, 6 raters and 4 criteria have
+Nobody wrote these essays and nobody judged them.  90 examinees, 6 raters and 4 criteria have
 known measures; each examinee meets 2 of the 6 raters, who rate the essay from 0 to 5 on each of
 the criteria.  A rating is drawn with the probabilities of the many-Flank rating scale model,
 
@@ -12,12 +12,13 @@ same files.  Run it in this folder: python3 simulate.py
 """
 
 import csv
+import itertools
 import math
 import random
 from statistics import NormalDist
 
 SEED = 1708
-EXAMINEES = 80
+EXAMINEES = 90
 SPREAD = 1.2  # standard deviation of the examinees' measures, logits
 
 RATERS = [("Adams", -0.8), ("Baker", -0.4), ("Clark", -0.1),
@@ -26,10 +27,12 @@ CRITERIA = [("Content", -0.3), ("Organization", 0.1), ("Language", 0.4), ("Spell
 THRESHOLDS = [-2.2, -1.0, 0.1, 1.1, 2.0]  # of categories 1 to 5; they sum to 0
 
 
+PAIRS = list(itertools.combinations(range(len(RATERS)), 2))
+
+
 def raters_of(examinee):
-    """The judging plan: neighbours on a ring of six, so that chains of raters link everybody."""
-    first = (examinee - 1) % len(RATERS)
-    return sorted((first, (first + 1) % len(RATERS)))
+    """The judging plan: the 15 pairs of raters take turns, so that each pair reads six essays."""
+    return PAIRS[(examinee - 1) % len(PAIRS)]
 
 
 def draw_rating(measure, rng):
