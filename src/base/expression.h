@@ -20,7 +20,7 @@
 //
 // Nothing is shown or ended here: the result has a value or a fault, and spec/values decides.
 //
-// Tested by tests/unit/base/expression_test.cpp.
+// Tested by tests/unit/base/expression_test.cpp and tests/properties/expression_test.cpp.
 #ifndef FLANKS_BASE_EXPRESSION_H
 #define FLANKS_BASE_EXPRESSION_H
 
