@@ -131,6 +131,7 @@ struct ModelTable {
   Column<ModelRow, std::uint8_t> ModelKeep;
   Column<ModelRow, float> ModelWeight;
   Column<ModelRow, ScaleDefinitionRow> ModelScale;  // row -1: no named scale
+  Column<ModelRow, std::int64_t> statementLine;     // in the Specification; 0: not from a line
   bool anyReversed = false;
 
   const PositionReference& reference(ModelRow model, Position position) const {
@@ -138,9 +139,12 @@ struct ModelTable {
   }
 };
 
+// The category of a line that only recodes responses ("-1 = label,,,9").
+constexpr int kRecodingLine = -1;
+
 // One category of a `Rating (or partial credit) scale=` definition.
 struct ScaleCategory {
-  int number = 0;
+  int number = 0;  // or kRecodingLine
   std::string label;
   float anchor = 0.0f;  // user units
   bool hasAnchorValue = false;

@@ -13,45 +13,17 @@
 #ifndef FLANKS_SPEC_MODELS_H
 #define FLANKS_SPEC_MODELS_H
 
-#include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "run/design.h"
-#include "run/faults.h"
 #include "run/run.h"
+#include "spec/model_grammar.h"
 #include "spec/spec_context.h"
 
 namespace flanks {
 
 // Separates the fields of a statement in the statements file.
 constexpr char kStatementSeparator = '\x01';
-
-// The highest category of an "R" without a number, and of any scale.
-constexpr int kDefaultCategoryMaximum = 9;
-constexpr int kLargestCategoryMaximum = 255;
-
-// What a scale type such as "R5K" says.
-struct ScaleTypeText {
-  ScaleType type = ScaleType::missing;
-  int maximum = -1;   // highest category; -1 for type M
-  bool keep = false;  // K: unobserved intermediate categories are kept
-  Fault fault = Fault::none;
-};
-
-// Reads a scale type: D, R, Rn, Bn, P, M, with K anywhere; blanks and case count for nothing.
-// `defaultMaximum` is for an R without a number or with 0.  Fault: invalidScaleType.
-[[nodiscard]] ScaleTypeText ParseScaleType(std::string_view text, int defaultMaximum, int limit);
-
-// A reference to the elements of one position of a statement.
-struct ElementReference {
-  PositionReference reference;
-  std::string normalised;  // marks in the order B - @ # ? $, then the numbers
-  Fault fault = Fault::none;
-};
-
-// Reads one position field of a statement, in any case.  Fault: invalidElementNumber.
-[[nodiscard]] ElementReference ParseElementReference(std::string_view text);
 
 // The fields of row `model` joined by commas, without the commas at the end: "?,?,R5,1".
 std::string StatementText(const ModelTable& models, ModelRow model);

@@ -1,0 +1,57 @@
+#include "spec/list_reading.h"
+
+#include <cstddef>
+#include <system_error>
+#include <utility>
+
+#include "base/program_fault.h"
+#include "base/text.h"
+#include "spec/specification_reader.h"
+
+namespace flanks {
+
+std::string_view FieldAt(const ReadState& reading, int index) {
+  if (index > reading.FieldCount || static_cast<std::size_t>(index) >= reading.Fields.size())
+    return {};
+  return reading.Fields[static_cast<std::size_t>(index)];
+}
+
+bool NextListLine(SpecContext& context) {
+  FetchLine(context);
+  return !context.reading.faulty() && IsListLine(context);
+}
+
+void SetSpecificationFault(ReadState& reading, Fault fault, std::string_view text) {
+  SetNumberedFault(reading, fault, 0, text);
+}
+
+void SetNumberedFault(ReadState& reading, Fault fault, std::int64_t number, std::string_view text) {
+  FaultParticulars particulars;
+  particulars.text = text.empty() ? Trim(reading.SourceLine) : text;
+  particulars.name = kSpecificationName;
+  particulars.number = number;
+  SetFault(reading, fault, std::move(particulars));
+}
+
+void SetPlacelessFault(ReadState& reading, Fault fault, std::string_view text) {
+  FaultParticulars particulars;
+  particulars.text = text;
+  particulars.name = kSpecificationName;
+  particulars.lineNumber = kNoLineNumber;
+  SetFault(reading, fault, std::move(particulars));
+}
+
+TextWorkFile& OpenListFile(std::unique_ptr<TextWorkFile>& file, std::string_view title,
+                           std::string_view caller, const ReadState& reading) {
+  if (file) return *file;
+  auto created = std::make_unique<TextWorkFile>();
+  if (const std::error_code error = created->Create(title, "txt")) {
+    throw ProgramFault("File open failure for " + created->name() + " in " + std::string(caller) +
+                       " at or near line " + std::to_string(reading.LineNumber) + " is code " +
+                       std::to_string(error.value()) + ": " + error.message() + ".");
+  }
+  file = std::move(created);
+  return *file;
+}
+
+}  // namespace flanks

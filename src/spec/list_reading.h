@@ -1,0 +1,44 @@
+// What the handlers of lists share: fields that may be missing, the lines of a list, faults with
+// their place, and the text files that keep a list.
+#ifndef FLANKS_SPEC_LIST_READING_H
+#define FLANKS_SPEC_LIST_READING_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "base/text_work_file.h"
+#include "run/faults.h"
+#include "spec/spec_context.h"
+
+namespace flanks {
+
+constexpr std::string_view kSpecificationName = "Specification";  // in faults
+constexpr std::int64_t kNoLineNumber = -1;  // of a fault that belongs to no line
+
+// Field `index` of the current line, or nothing when the line has fewer.
+std::string_view FieldAt(const ReadState& reading, int index);
+
+// Fetches the next line of a list.  False when there is none: at "*", which is taken; at a line
+// with a keyword, which stays in the fields for the main loop; at the end of the Specification; and
+// on a fault.
+bool NextListLine(SpecContext& context);
+
+// Makes `fault` the pending one, with `text`, or when that is empty the current line, in front.
+void SetSpecificationFault(ReadState& reading, Fault fault, std::string_view text = {});
+// Likewise with a number within its words.
+void SetNumberedFault(ReadState& reading, Fault fault, std::int64_t number,
+                      std::string_view text = {});
+
+// Likewise without a line: a fault that shows when the lists are put together.
+void SetPlacelessFault(ReadState& reading, Fault fault, std::string_view text = {});
+
+// The text work file of a list, made when it is not there yet.  `caller` is named when that fails,
+// which ends the run.
+TextWorkFile& OpenListFile(std::unique_ptr<TextWorkFile>& file, std::string_view title,
+                           std::string_view caller, const ReadState& reading);
+
+}  // namespace flanks
+
+#endif  // FLANKS_SPEC_LIST_READING_H
