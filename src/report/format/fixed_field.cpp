@@ -127,31 +127,32 @@ std::string OneDecimalText(double value) {
   return text.substr(0, point + 2);
 }
 
-ScaledDigits RoundedDigits(double value, int decimals, int least) {
-  ScaledDigits scaled;
+RoundedDigits RoundToDigits(double value, int decimals, int least) {
+  RoundedDigits rounded;
   double power = 1;
   for (int decimal = 0; decimal < decimals; ++decimal) power *= 10;
   const double size = std::abs(value) * power;
-  if (!(std::abs(value) < kDecimalsLimit) || !(size < kLongLimit)) {
-    scaled.digits = kTooLarge;
+  rounded.tooLarge = !(std::abs(value) < kDecimalsLimit) || !(size < kLongLimit);
+  if (rounded.tooLarge) {
+    rounded.digits = kTooLarge;
   } else {
     const auto whole = static_cast<std::int64_t>(std::nearbyint(size));  // half to even
-    scaled.digits = std::to_string(whole);
-    scaled.negative = value < 0 && whole != 0;
+    rounded.digits = std::to_string(whole);
+    rounded.negative = value < 0 && whole != 0;
   }
   const auto places = static_cast<std::size_t>(std::max(least, 0));
-  if (scaled.digits.size() < places) {
-    scaled.digits.insert(0, places - scaled.digits.size(), '0');
+  if (rounded.digits.size() < places) {
+    rounded.digits.insert(0, places - rounded.digits.size(), '0');
   }
-  return scaled;
+  return rounded;
 }
 
 std::string DecimalsText(double value, int decimals) {
-  ScaledDigits scaled = RoundedDigits(value, decimals, decimals);
+  RoundedDigits rounded = RoundToDigits(value, decimals, decimals);
   if (decimals > 0) {
-    scaled.digits.insert(scaled.digits.size() - static_cast<std::size_t>(decimals), 1, '.');
+    rounded.digits.insert(rounded.digits.size() - static_cast<std::size_t>(decimals), 1, '.');
   }
-  return scaled.negative ? "-" + scaled.digits : scaled.digits;
+  return rounded.negative ? "-" + rounded.digits : rounded.digits;
 }
 
 std::string DecimalsText2(double value) {

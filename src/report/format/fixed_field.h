@@ -45,13 +45,15 @@ std::string DecimalsText(double value, int decimals);
 std::string DecimalsText2(double value);
 std::string DecimalsText4(double value);
 
-// The digits of value * 10^decimals rounded half to even, without sign, at least `least` of them;
-// "???" for an absolute value of 1,000,000 or more, or too long for a 64-bit number.
-struct ScaledDigits {
+// The digits of value * 10^decimals, rounded half to even, without sign, at least `least` of them
+// by zeros in front.  "???" when the absolute value is 1,000,000 or more, or the digits do not fit
+// 64 bits.
+struct RoundedDigits {
   bool negative = false;
+  bool tooLarge = false;
   std::string digits;
 };
-ScaledDigits RoundedDigits(double value, int decimals, int least);
+RoundedDigits RoundToDigits(double value, int decimals, int least);
 
 // A 32-bit number without exponent.  From 1E-4 on the shortest digits that read back as the same
 // number, ".25"; below it, what 32 bits keep of it beside a 1, "0.00001", and "0" when that is
