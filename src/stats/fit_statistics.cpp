@@ -59,4 +59,57 @@ float DiscriminationOf(double logLikelihoodSum, double expectation, double varia
   return Single(std::clamp(slope, -kDiscriminationLimit, kDiscriminationLimit));
 }
 
+FitSettings FitSettingsOf(const Settings& settings) {
+  FitSettings fit;
+  if (settings.Whexact != 'Y') fit.form = WilsonHilferty::approximate;
+  if (settings.RealStandardErrors) fit.errorKind = ErrorKind::real;
+  if (settings.PointCorrelationKind == 'Y' || settings.PointCorrelationKind == 'I') {
+    fit.pointCorrelation = PointCorrelation::pointBiserial;
+  }
+  return fit;
+}
+
+ElementFinal FinishElement(const FitSums& sums, const ElementScores& scores, std::int16_t status,
+                           const ElementFinal& former, const FitSettings& settings,
+                           float tinyValue) {
+  ElementFinal final;
+  const double information = Single(sums.Information);
+  if (std::abs(scores.MaxScore) > 0.0 && IsInPlay(status)) {
+    final.Displacement =
+        DisplacementOf(scores.ObservedScore, Single(sums.ResidualSum), information, tinyValue);
+    final.Discrimination =
+        DiscriminationOf(Single(sums.LogLikelihoodSum), Single(sums.LogLikelihoodMean),
+                         Single(sums.LogLikelihoodSpread));
+    const FitValue infit =
+        ZStdOf(information, sums.InfitVarianceSum, Single(sums.InfitSum), settings.form, tinyValue);
+    const double count = scores.Count;
+    const FitValue outfit =
+        ZStdOf(count, sums.ExpectedSum - count, Single(sums.OutfitSum), settings.form, tinyValue);
+    final.InfitMeanSquare = infit.MeanSquare;
+    final.InfitZStd = infit.ZStd;
+    final.InfitDF = infit.DegreesOfFreedom;
+    final.OutfitMeanSquare = outfit.MeanSquare;
+    final.OutfitZStd = outfit.ZStd;
+    final.OutfitDF = outfit.DegreesOfFreedom;
+  }
+  final.StandardError =
+      StandardErrorOf(information, final.InfitMeanSquare, settings.errorKind, tinyValue);
+  final.PointMeasure = settings.pointCorrelation == PointCorrelation::measure
+                           ? MeasureCorrelation(sums.correlation)
+                           : former.PointMeasure;
+  final.PointResidual = ExpectedCorrelation(sums.correlation);
+  final.FairSum = Single(sums.FairSum);
+  return final;
+}
+
+void FinishStatistics(const Column<ElementSlot, FitSums>& sums, const FitSettings& settings,
+                      Estimates& estimates) {
+  for (const ElementSlot slot : Downward(sums)) {
+    const std::int16_t status = estimates.elements[slot].ElementStatus;
+    estimates.finals[slot] = FinishElement(sums[slot], estimates.scores[slot], status,
+                                           estimates.finals[slot], settings, estimates.TinyValue);
+  }
+  estimates.stage = StatisticsStage::finished;
+}
+
 }  // namespace flanks

@@ -1,9 +1,14 @@
 // Fit of an element from its sums: mean-squares, ZStd, standard error, displacement,
 // discrimination.
 //
-// The pass after convergence (stats/fit_pass.h) sums over the observations of an element; the
-// functions here turn the sums into what a report shows.  They are functions of numbers and know
-// no run.
+// The pass after convergence (stats/fit_pass.h) fills one FitSums for each element; the sweep
+// FinishStatistics turns them into the ElementFinal that reports show, after which the stage is
+// `finished`.  What it is made of are functions of numbers, which know no run and stand in
+// ZStdOf to DiscriminationOf.
+//
+// An element in play gets all statistics.  An extreme one gets a standard error, a fair average and
+// correlations, and the defaults otherwise: mean-squares 1, ZStd 0, displacement 0, discrimination
+// 1.  So does one without data.
 //
 // An infit mean-square is the sum of squared residuals over the sum of their model variances; an
 // outfit mean-square is the mean of squared standardized residuals.  Both have the expectation 1.
@@ -20,9 +25,36 @@
 #ifndef FLANKS_STATS_FIT_STATISTICS_H
 #define FLANKS_STATS_FIT_STATISTICS_H
 
+#include <array>
 #include <cstdint>
 
+#include "base/column.h"
+#include "run/design.h"
+#include "run/estimates.h"
+#include "run/scale_tables.h"
+#include "run/settings.h"
+#include "stats/point_correlation.h"
+
 namespace flanks {
+
+// What the observations of an element add up to, weighted with w, 64 bits, in record order.  The
+// first ten are from observations in which the element takes part; the correlation sums from all
+// observations with no more than one extreme element.
+struct alignas(64) FitSums {
+  double ResidualSum = 0.0;          // w E of the ordered category; w (m - E) when reversed
+  double Information = 0.0;          // w V
+  double InfitSum = 0.0;             // w (x - E)²
+  double InfitVarianceSum = 0.0;     // w (C4 - V²)
+  double OutfitSum = 0.0;            // w z²
+  double ExpectedSum = 0.0;          // w kurtosis ratio
+  double LogLikelihoodSum = 0.0;     // w times the cumulative logit at the observed category
+  double LogLikelihoodMean = 0.0;    // w times its expectation
+  double LogLikelihoodSpread = 0.0;  // w times its variance
+  double FairSum = 0.0;              // w times the fair score, in scored categories
+  CorrelationSums correlation;
+  ScaleRow ElementScale;  // the one scale it was seen on; no row before the first
+  bool severalScales = false;
+};
 
 enum class WilsonHilferty : std::uint8_t {
   exact,        // with the term q / 3
@@ -34,6 +66,18 @@ enum class ErrorKind : std::uint8_t {
   model,  // from the information alone
   real,   // enlarged by misfit: the information is divided by an infit mean-square above 1
 };
+
+// Which point correlation is shown.  The point-biserial forms come from a pass of their own, made
+// before the estimation; the fit sums leave them alone.
+enum class PointCorrelation : std::uint8_t { measure, pointBiserial };
+
+// What the statistics depend on beside the sums.
+struct FitSettings {
+  WilsonHilferty form = WilsonHilferty::exact;
+  ErrorKind errorKind = ErrorKind::model;
+  PointCorrelation pointCorrelation = PointCorrelation::measure;
+};
+[[nodiscard]] FitSettings FitSettingsOf(const Settings& settings);
 
 struct FitValue {
   float MeanSquare = 1.0f;
@@ -64,6 +108,16 @@ struct FitValue {
 // and its variance under the model are sums of the moments of the same logits.  Held in -10 to 10;
 // 1 without a variance.
 [[nodiscard]] float DiscriminationOf(double logLikelihoodSum, double expectation, double variance);
+
+// One element.  `former` is its record so far, of which a point-biserial correlation is kept.  The
+// sums are cut to 32 bits where a record of this width held them.
+[[nodiscard]] ElementFinal FinishElement(const FitSums& sums, const ElementScores& scores,
+                                         std::int16_t status, const ElementFinal& former,
+                                         const FitSettings& settings, float tinyValue);
+
+// The sweep over all elements: fills `estimates.finals`; the stage is `finished` then.
+void FinishStatistics(const Column<ElementSlot, FitSums>& sums, const FitSettings& settings,
+                      Estimates& estimates);
 
 }  // namespace flanks
 

@@ -26,7 +26,7 @@
 #include <optional>
 #include <span>
 
-#include "stats/running_moments.h"
+#include "base/running_moments.h"
 
 namespace flanks {
 

@@ -131,5 +131,134 @@ TEST(DiscriminationOf, IsCutAndHasADefault) {
   EXPECT_NEAR(DiscriminationOf(1E-10, 0.0, 1E-15), 2.0, 1E-6);
 }
 
+// Four dichotomous observations of an element with B = -1, 0, 0, 1 and categories 0, 0, 1, 1:
+// V = .196612, .25, .25, .196612; E = .268941, .5, .5, .731059.
+FitSums FourObservations() {
+  FitSums sums;
+  sums.ResidualSum = 2.0;
+  sums.Information = 0.893224;
+  sums.InfitSum = 2 * 0.072329 + 2 * 0.25;
+  sums.OutfitSum = 2 * 0.367879 + 2 * 1.0;
+  sums.InfitVarianceSum = 2 * 0.041987;  // C4 - V² is 0 at B = 0
+  sums.ExpectedSum = 2 * 2.086161 + 2 * 1.0;
+  sums.FairSum = 2.0;
+  return sums;
+}
+
+ElementScores FourScores() {
+  ElementScores scores;
+  scores.ObservedScore = 2.0;
+  scores.MaxScore = 4.0;
+  scores.Count = 4.0f;
+  return scores;
+}
+
+TEST(FinishElement, MakesAllStatisticsOfTheSums) {
+  const ElementFinal final =
+      FinishElement(FourObservations(), FourScores(), kStatusFree, {}, {}, kTiny);
+  EXPECT_NEAR(final.StandardError, 1.058082, 1E-5);
+  EXPECT_NEAR(final.InfitMeanSquare, 0.721721, 1E-5);
+  EXPECT_NEAR(final.OutfitMeanSquare, 0.683940, 1E-5);
+  const double infitThird = std::sqrt(0.083974) / 0.893224 / 3.0;
+  const double outfitThird = std::sqrt(2.172322) / 4.0 / 3.0;
+  EXPECT_NEAR(final.InfitZStd, (std::cbrt(0.721721) - 1.0) / infitThird + infitThird, 1E-4);
+  EXPECT_NEAR(final.OutfitZStd, (std::cbrt(0.683940) - 1.0) / outfitThird + outfitThird, 1E-4);
+  EXPECT_NEAR(final.InfitDF, 2 * 0.893224 * 0.893224 / 0.083974, 1E-3);
+  EXPECT_EQ(final.Displacement, 0.0f);
+  EXPECT_EQ(final.Discrimination, 1.0f);
+  EXPECT_EQ(final.FairSum, 2.0);
+}
+
+TEST(FinishElement, TreatsAnAnchorAsAnyOtherInPlay) {
+  FitSums sums = FourObservations();
+  sums.ResidualSum = 1.5;
+  const ElementFinal final = FinishElement(sums, FourScores(), kStatusAnchored, {}, {}, kTiny);
+  EXPECT_NEAR(final.Displacement, 0.5 / 0.893224, 1E-6);
+  EXPECT_NEAR(final.InfitMeanSquare, 0.721721, 1E-5);
+}
+
+TEST(FinishElement, LeavesAnExtremeElementItsErrorAndFairSum) {
+  for (const std::int16_t status : {kStatusMinimum, kStatusMaximum, kStatusHeld}) {
+    FitSums sums = FourObservations();
+    sums.ResidualSum = 1.5;
+    sums.LogLikelihoodSpread = 1.0;
+    sums.LogLikelihoodSum = 3.0;
+    const ElementFinal final = FinishElement(sums, FourScores(), status, {}, {}, kTiny);
+    EXPECT_NEAR(final.StandardError, 1.058082, 1E-5);
+    EXPECT_EQ(final.FairSum, 2.0);
+    EXPECT_EQ(final.InfitMeanSquare, 1.0f);
+    EXPECT_EQ(final.InfitZStd, 0.0f);
+    EXPECT_EQ(final.OutfitMeanSquare, 1.0f);
+    EXPECT_EQ(final.OutfitZStd, 0.0f);
+    EXPECT_EQ(final.Displacement, 0.0f);
+    EXPECT_EQ(final.Discrimination, 1.0f);
+  }
+}
+
+TEST(FinishElement, GivesAnElementWithoutDataTheDefaults) {
+  const ElementFinal final = FinishElement({}, {}, kStatusDropped, {}, {}, kTiny);
+  EXPECT_EQ(final.StandardError, 0.0f);
+  EXPECT_EQ(final.OutfitMeanSquare, 1.0f);
+  EXPECT_EQ(final.PointMeasure, 0.0f);
+  EXPECT_EQ(final.PointResidual, 0.0f);
+}
+
+TEST(FinishElement, EnlargesTheRealErrorByMisfit) {
+  FitSums sums = FourObservations();
+  sums.InfitSum = 1.44 * 0.893224;
+  FitSettings settings;
+  settings.errorKind = ErrorKind::real;
+  const ElementFinal final = FinishElement(sums, FourScores(), kStatusFree, {}, settings, kTiny);
+  EXPECT_NEAR(final.StandardError, 1.2 * 1.058082, 1E-5);
+}
+
+TEST(FinishElement, KeepsAPointBiserialThatAnEarlierPassFound) {
+  FitSettings settings;
+  settings.pointCorrelation = PointCorrelation::pointBiserial;
+  ElementFinal former;
+  former.PointMeasure = 0.37f;
+  EXPECT_EQ(FinishElement(FourObservations(), FourScores(), kStatusFree, former, settings, kTiny)
+                .PointMeasure,
+            0.37f);
+  EXPECT_EQ(
+      FinishElement(FourObservations(), FourScores(), kStatusFree, former, {}, kTiny).PointMeasure,
+      0.0f);
+}
+
+TEST(FinishStatistics, FinishesEveryElementAndSetsTheStage) {
+  Estimates estimates;
+  estimates.elements.resize(2);
+  estimates.scores.resize(2);
+  estimates.finals.resize(2);
+  estimates.TinyValue = kTiny;
+  estimates.elements[ElementSlot(1)].ElementStatus = kStatusFree;
+  estimates.scores[ElementSlot(1)] = FourScores();
+  Column<ElementSlot, FitSums> sums(2);
+  sums[ElementSlot(1)] = FourObservations();
+  FinishStatistics(sums, {}, estimates);
+  EXPECT_EQ(estimates.stage, StatisticsStage::finished);
+  const FinishedStatistics first(estimates, ElementSlot(1));
+  EXPECT_NEAR(first->InfitMeanSquare, 0.721721, 1E-5);
+  const FinishedStatistics second(estimates, ElementSlot(2));
+  EXPECT_EQ(second->InfitMeanSquare, 1.0f);
+}
+
+TEST(FitSettingsOf, ReadsTheSettingsOfTheRun) {
+  Settings settings;
+  FitSettings fit = FitSettingsOf(settings);
+  EXPECT_EQ(fit.form, WilsonHilferty::exact);
+  EXPECT_EQ(fit.errorKind, ErrorKind::model);
+  EXPECT_EQ(fit.pointCorrelation, PointCorrelation::measure);
+  settings.Whexact = 'N';
+  settings.RealStandardErrors = true;
+  settings.PointCorrelationKind = 'I';
+  fit = FitSettingsOf(settings);
+  EXPECT_EQ(fit.form, WilsonHilferty::approximate);
+  EXPECT_EQ(fit.errorKind, ErrorKind::real);
+  EXPECT_EQ(fit.pointCorrelation, PointCorrelation::pointBiserial);
+  settings.PointCorrelationKind = 'N';
+  EXPECT_EQ(FitSettingsOf(settings).pointCorrelation, PointCorrelation::measure);
+}
+
 }  // namespace
 }  // namespace flanks

@@ -11,9 +11,9 @@
 //
 // The two differ in rounding only, which shows in a last digit; each place keeps its own.  The
 // count or total weight of a RunningMoments stands with the set that it belongs to, since all
-// columns of a set share it.  Tested by tests/unit/stats/running_moments_test.cpp.
-#ifndef FLANKS_STATS_RUNNING_MOMENTS_H
-#define FLANKS_STATS_RUNNING_MOMENTS_H
+// columns of a set share it.  Tested by tests/unit/base/running_moments_test.cpp.
+#ifndef FLANKS_BASE_RUNNING_MOMENTS_H
+#define FLANKS_BASE_RUNNING_MOMENTS_H
 
 #include <algorithm>
 #include <array>
@@ -93,4 +93,4 @@ struct RunningSummary {
 
 }  // namespace flanks
 
-#endif  // FLANKS_STATS_RUNNING_MOMENTS_H
+#endif  // FLANKS_BASE_RUNNING_MOMENTS_H

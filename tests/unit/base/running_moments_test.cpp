@@ -1,4 +1,4 @@
-#include "stats/running_moments.h"
+#include "base/running_moments.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
