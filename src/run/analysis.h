@@ -50,6 +50,7 @@ struct SpecificationState {
   bool lineLeft = false;        // a list's handler left its last line in Fields
   std::int64_t labelsLine = 0;  // line of Labels=; 0: not met; locks Umean=
   FlankList centers, orientations;
+  bool dataPositionsGiven = false;              // `Flanks=` told the number of data positions
   std::unique_ptr<SpecificationSource> source;  // stays open while the data are in line
 };
 

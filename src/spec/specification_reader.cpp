@@ -6,11 +6,11 @@
 #include "base/parse_integer.h"
 #include "base/text.h"
 #include "spec/keyword_table.h"
+#include "spec/list_reading.h"
 
 namespace flanks {
 namespace {
 
-constexpr std::string_view kReaderName = "Specification";
 constexpr std::size_t kShownOfLongLine = 500;  // bytes of a line that a fault shows
 
 char AsSeparator(char c) {
@@ -45,7 +45,7 @@ void EndList(ReadState& reading) {
 void CompleteFault(SpecContext& context) {
   ReadState& reading = context.reading;
   if (!reading.faulty()) return;
-  if (reading.fault.name.empty()) reading.fault.name = kReaderName;
+  if (reading.fault.name.empty()) reading.fault.name = kSpecificationName;
   if (reading.fault.text.empty())
     reading.fault.text = Trim(reading.SourceLine).substr(0, kShownOfLongLine);
 }

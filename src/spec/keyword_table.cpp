@@ -1,0 +1,185 @@
+#include "spec/keyword_table.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+
+#include "base/text.h"
+#include "spec/delements.h"
+#include "spec/dvalues.h"
+#include "spec/flank_maps.h"
+#include "spec/group_labels.h"
+#include "spec/keyword_settings.h"
+#include "spec/labels.h"
+#include "spec/models.h"
+#include "spec/scales.h"
+#include "spec/specification_reader.h"
+
+namespace flanks {
+namespace {
+
+using namespace keyword_code;
+
+constexpr std::string_view kBiserial = "point-biserial correlations; use M or N";
+constexpr std::string_view kGroups = "labels of element groups";
+constexpr std::string_view kQuotedOutput = "output data files";
+constexpr std::string_view kResiduals = "the residual output file";
+constexpr std::string_view kTable4 = "Table 4, the unexpected responses";
+constexpr std::string_view kTable6 = "Table 6, the rulers";
+constexpr std::string_view kTable8 = "Table 8, the categories of the scales";
+
+// The first row that fits wins: three letters, two, one.
+constexpr KeywordRow kRows[] = {
+    {"BAT", 41, "Batch=", SetBatch},
+    {"BAD", 2, "Bias=", SetBias},
+    {"BOX", 64, "Box=", SetBox},
+    {"POI", 7, "Pt-biserial=", SetPtBiserial, kBiserial, AsksForBiserial},
+    {"NEW", 55, "Newton=", SetNewton},
+    {"FAI", 40, "Fair=", SetFair},
+    {"REP", 61, "Replication=", SetReplication},
+    {"RES", 37, "Residualfile=", SetResidualfile, kResiduals, AsksWithValue},
+    {"USO", 28, "Usort=", SetUsort, kTable4, AsksWithValue},
+    {"USC", 58, "Uscale=", SetUscale},
+    {"REV", 67, "Reversed=", SetReversed},
+
+    {"PT", 7, "Pt-biserial=", SetPtBiserial, kBiserial, AsksForBiserial},
+    {"ES", 5, "Entered-in-data=", SetEnteredInData},
+    {"NU", 11, "Null=", SetNull},
+    {"CE", 14, "Center=", SetCenter},
+    {"NE", 16, "Negative=", SetNegative},
+    {"SC", 27, "Scorefile=", SetScorefile, "the score output file", AsksWithValue},
+    {"UM", 29, "Umean=", SetUmean},
+    {"BA", 30, "Barchart=", SetBarchart, kTable8, AsksUnlessNo},
+    {"LE", 31, "Left-hand=", SetLeftHand},
+    {"MI", 32, "Missing=", SetMissing},
+    {"HS", 33, "HS="},
+    {"SU", 34, "Subsets=", SetSubsets, "lists of subsets; use Y or N", AsksForSubsetReport},
+    {"GR", 35, "Graphfile=", SetGraphfile, "the graph output file", AsksWithValue},
+    {"AN", 36, "Anchorfile=", SetAnchorfile, "the anchor output file", AsksWithValue},
+    {"YN", 37, "Residualfile=", SetResidualfile, kResiduals, AsksWithValue},
+    {"CS", 38, "CSV=", SetCsv, kQuotedOutput, AsksWithValue},
+    {"BE", 39, "Beep=", SetBeep},
+    {"IN", 42, "Inter-rater=", SetInterRater, "agreement between raters; use 0", AsksAboveZero},
+    {"WH", 43, "Whexact=", SetWhexact},
+    {"HE", 44, "Heading lines=", SetHeadingLines, kQuotedOutput, AsksWithValue},
+    {"HL", 44, "Heading lines=", SetHeadingLines, kQuotedOutput, AsksWithValue},
+    {"DV", 45, "Dvalues=", SetDvalues, "values of data positions", AsksAlways},
+    {"SI", 46, "Simulated=", SetSimulated, "the simulated data file", AsksWithValue},
+    {"OM", 47, "Omit-unobserved=", SetOmitUnobserved},
+    {"QM", 48, "QM=", SetQuoteMarks, kQuotedOutput, AsksWithValue},
+    {"TO", 49, "Totalscore=", SetTotalscore},
+    {"T4", 50, "T4MAX=", SetT4MAX, kTable4, AsksWithValue},
+    {"TA", 51, "Tables=", SetTables},
+    {"AS", 52, "ASCII=", SetAscii},
+    {"T3", 53, "T3onscreen=", SetT3onscreen},
+    {"T8", 54, "T8NBC=", SetT8NBC, kTable8, AsksWithValue},
+    {"GL", kGlabel, "Glabel=", ReadGroupLabels, kGroups, AsksAlways},
+    {"DE", 57, "Delements=", SetDelements},
+    {"UD", 59, "Udecimals=", SetUdecimals},
+    {"SH", 60, "Show-unobserved=", SetShowUnobserved},
+    {"UT", 65, "UTF8sub=", SetUtf8},
+    {"PE", 68, "PE="},
+    {"T7", 69, "T7LGS=", SetT7LGS},
+
+    {"A", 1, "Arrange=", SetArrange},
+    {"B", 2, "Bias=", SetBias},
+    {"C", 3, "Convergence=", SetConvergence},
+    {"D", kData, "Data=", SetData},
+    {"E", kEnteredInData, "Entered-in-data=", SetEnteredInData},
+    {"F", kFlanks, "Flanks=", SetFlanks},
+    {"G", 7, "Pt-biserial=", SetPtBiserial, kBiserial, AsksForBiserial},
+    {"H", 8, "Hardware=", SetHardware},
+    {"I", 9, "Iterations=", SetIterations},
+    {"J", 10, "Juxtapose=", SetJuxtapose},
+    {"K", 11, "Keepzero=", SetNull},
+    {"L", kLabels, "Labels=", CopyLabels},
+    {"M", 13, "Models=", ReadModels},
+    {"N", 14, "Noncenter=", SetNoncenter},
+    {"O", kOutput, "Output=", SetOutput, "output files beside the report", AsksForMoreFiles},
+    {"P", 16, "Positive=", SetPositive},
+    {"Q", 17, "Query=", SetQuery},
+    {"R", kRatingScale, "Rating (or partial credit) scale=", ReadRatingScale},
+    {"S", 19, "Standard errors=", SetStandardErrors},
+    {"T", 20, "Title=", SetTitle},
+    {"U", 21, "Unexpected=", SetUnexpected, kTable4, AsksWithValue},
+    {"V", 22, "Vertical=", SetVertical, kTable6, AsksUnlessNo},
+    {"W", 23, "Write=", SetWrite},
+    {"X", 24, "Xtreme=", SetXtreme},
+    {"Y", 25, "Yardstick=", SetYardstick, kTable6, AsksWithValue},
+    {"Z", 26, "Zscore=", SetZscore, "the bias Tables", AsksWithValue},
+};
+
+std::size_t SeenIndex(int code) {
+  return static_cast<std::size_t>(code - 1);
+}
+
+void NoteDuplicate(SpecContext& context) {
+  const std::string_view line = Trim(context.reading.SourceLine);
+  if (line.empty()) return;
+  const std::string note = "Duplicate specification ignored: " + std::string(line);
+  context.console.ShowLine(note);
+  context.state.IgnoredLines.push_back(note);
+}
+
+// A keyword that was taken already.  `Data=` without a value ends the Specification all the same:
+// what follows are data lines and not keywords.
+void PassOver(SpecContext& context, const KeywordRow& row) {
+  const ReadState& reading = context.reading;
+  const bool bothInFile =
+      !context.state.ReadingExtras && WhereSeen(context.state, row.code) == SeenIn::file;
+  if (bothInFile && row.code == kLabels) return SetFault(context.reading, Fault::labelsTwice);
+  if (bothInFile && row.code == kFlanks && FlanksDisagree(context))
+    return SetFault(context.reading, Fault::flanksConflict);
+  NoteDuplicate(context);
+  if (row.code == kData && reading.Fields[1].empty() && !context.state.ReadingExtras)
+    context.state.EndOfSpecification = true;
+}
+
+void Refuse(SpecContext& context, const KeywordRow& row) {
+  FaultParticulars particulars;
+  particulars.value =
+      std::string(row.keyword) + " (" + std::string(row.notBuilt) + "); please take it out";
+  SetFault(context.reading, Fault::notBuiltYet, std::move(particulars));
+}
+
+void NotUnderstood(SpecContext& context) {
+  context.console.ShowFlagged("Specification not understood: " + context.reading.CurrentLine +
+                              context.reading.SourceLine);
+  SetFault(context.reading, Fault::notSpecificationValue);
+}
+
+}  // namespace
+
+std::span<const KeywordRow> KeywordRows() {
+  return kRows;
+}
+
+const KeywordRow* ResolveKeyword(std::string_view upperWord) {
+  for (const KeywordRow& row : kRows)
+    if (upperWord.starts_with(row.prefix)) return &row;
+  return nullptr;
+}
+
+SeenIn WhereSeen(const SpecificationState& state, int code) {
+  return static_cast<SeenIn>(state.SeenCodes[SeenIndex(code)]);
+}
+
+void MarkSeen(SpecificationState& state, int code, SeenIn where) {
+  state.SeenCodes[SeenIndex(code)] = static_cast<char>(where);
+}
+
+void ApplySpecification(SpecContext& context) {
+  ReadState& reading = context.reading;
+  SpecificationState& state = context.state;
+  reading.CurrentLine = UpperCase(reading.Fields[0]);
+  reading.Fields[0].clear();
+  if (reading.CurrentLine.empty() && reading.Fields[1] == "*") return;
+  const KeywordRow* row = ResolveKeyword(reading.CurrentLine);
+  if (row == nullptr) return NotUnderstood(context);
+  if (WhereSeen(state, row->code) != SeenIn::nowhere) return PassOver(context, *row);
+  MarkSeen(state, row->code, state.ReadingExtras ? SeenIn::extras : SeenIn::file);
+  if (!row->notBuilt.empty() && row->asksForIt(context)) return Refuse(context, *row);
+  if (row->handler != nullptr) row->handler(context);
+}
+
+}  // namespace flanks
