@@ -10,7 +10,9 @@
 #ifndef FLANKS_ESTIMATE_FLANK_UPDATE_H
 #define FLANKS_ESTIMATE_FLANK_UPDATE_H
 
+#include <cmath>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "estimate/element_step.h"
@@ -29,8 +31,16 @@ struct FlankSummary {
   double mean = 0.0;
   double squares = 0.0;  // sum of squared deviations from the mean
 
-  void add(double measure);
-  double standardDeviation() const;  // population form; 0 when empty
+  void add(double measure) {
+    ++count;
+    const double deviation = measure - mean;
+    mean += deviation / static_cast<double>(count);
+    squares += deviation * (measure - mean);
+  }
+  // Population form; 0 when empty.
+  double standardDeviation() const {
+    return count > 0 ? std::sqrt(squares / static_cast<double>(count)) : 0.0;
+  }
 };
 
 struct FlankUpdate {

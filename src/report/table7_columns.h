@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "base/utf8.h"
 #include "run/analysis.h"
 
 namespace flanks {
@@ -25,6 +26,7 @@ struct Table7Layout {
   int numberWidth = 3;  // places of the element number in a label
   int labelWidth = 20;  // display width of the label column
   bool leftHand = false;
+  Utf8Encoded encoding = Utf8Encoded::detect;
   std::vector<Table7Column> optional;
   std::array<std::string, 4> headingRows;
   std::string rulePattern;

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "base/utf8.h"
+
 namespace flanks {
 
 enum class DataSource : std::uint8_t { none, file, inlineData };
@@ -88,6 +90,12 @@ struct Settings {
   std::string Webpagefonts = "Lucida Console, Andale Mono, Courier New";
   bool webpageBold = false;
 };
+
+// What the user said of the encoding of texts.
+inline Utf8Encoded EncodingOf(const Settings& settings) {
+  if (settings.UTF8enc == "Y") return Utf8Encoded::yes;
+  return settings.UTF8enc == "N" ? Utf8Encoded::no : Utf8Encoded::detect;
+}
 
 }  // namespace flanks
 

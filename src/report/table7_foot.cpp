@@ -1,0 +1,135 @@
+#include "report/table7_foot.h"
+
+#include <cmath>
+#include <string>
+
+#include "base/utf8.h"
+#include "report/format/fixed_field.h"
+#include "report/format/join_number.h"
+#include "report/table7_rows.h"
+#include "run/report_page.h"
+
+namespace flanks {
+namespace {
+
+constexpr int kRatioDecimals = 2;
+constexpr int kTextWidth = 1;  // a left-trimmed text: as wide as it needs to be
+
+using Figure = double (*)(const MeasureSummary&, SummarySlot);
+
+// One figure of each column that the foot shows.
+MeasureRow FootFigures(const MeasureSummary& summary, Figure figure) {
+  MeasureRow row;
+  row.measure = figure(summary, SummarySlot::measure);
+  row.standardError = figure(summary, SummarySlot::standardError);
+  row.infitMeanSquare = figure(summary, SummarySlot::infitMeanSquare);
+  row.infitZStd = figure(summary, SummarySlot::infitZStd);
+  row.outfitMeanSquare = figure(summary, SummarySlot::outfitMeanSquare);
+  row.outfitZStd = figure(summary, SummarySlot::outfitZStd);
+  row.score = figure(summary, SummarySlot::score);
+  row.count = figure(summary, SummarySlot::count);
+  row.observedAverage = figure(summary, SummarySlot::observedAverage);
+  row.fairAverage = figure(summary, SummarySlot::fairAverage);
+  row.correlation = figure(summary, SummarySlot::correlation);
+  return row;
+}
+
+double SampleDeviationOf(const MeasureSummary& summary, SummarySlot slot) {
+  return SampleDeviation(PopulationDeviationOf(summary, slot), summary.Count);
+}
+
+// The shorter words where the label column is too narrow for the long ones.
+std::string MeanWords(const Table7Layout& layout, double count) {
+  const auto rows = static_cast<std::int64_t>(count);
+  const std::string words = JoinNumber("Mean (Count:", rows) + ")";
+  if (DisplayWidth(words) <= layout.labelWidth) return words;
+  return JoinNumber("Mean (Cnt:", rows) + ")";
+}
+
+void WriteMeans(Console& console, const Table7Layout& layout, const MeasureSummary& summary) {
+  const Settings& settings = console.settings();
+  const auto write = [&](Figure figure, const std::string& words) {
+    WriteReportLine(console, FootLine(settings, layout, FootFigures(summary, figure), words));
+  };
+  write(MeanOf, MeanWords(layout, summary.Count));
+  write(PopulationDeviationOf, "S.D. (Population)");
+  if (summary.Count > 1.0) write(SampleDeviationOf, "S.D. (Sample)");
+}
+
+std::string Trimmed(double value, int decimals) {
+  std::string text = FixedField(value, decimals + kTextWidth + 15, decimals);
+  return text.substr(text.find_first_not_of(' '));
+}
+
+std::string_view ErrorWord(const Settings& settings) {
+  return settings.RealStandardErrors ? "Real" : "Model";
+}
+
+void WriteSeparation(Console& console, const MeasureSummary& summary, float tinyValue,
+                     std::string_view prefix) {
+  if (summary.Count < 2.0) return;
+  const Settings& settings = console.settings();
+  for (const Spread spread : {Spread::population, Spread::sample}) {
+    const SeparationStatistics s = SeparationOf(summary, spread, tinyValue);
+    std::string line(prefix);
+    line += ErrorWord(settings);
+    line += spread == Spread::population ? ", Populn" : ", Sample";
+    line += ": RMSE " + Trimmed(s.RMSE, settings.Udecimals);
+    line += "  Adj (True) S.D. " + Trimmed(s.AdjustedDeviation, settings.Udecimals);
+    line += "  Separation " + Trimmed(s.Separation, kRatioDecimals);
+    line += "  Strata " + Trimmed(s.Strata, kRatioDecimals);
+    line += "  Reliability " + Trimmed(s.Reliability, kRatioDecimals);
+    WriteReportLine(console, line);
+  }
+}
+
+void WriteChiSquare(Console& console, const ChiSquareTest& test, std::string_view prefix,
+                    std::string_view label) {
+  std::string line(prefix);
+  line += ErrorWord(console.settings());
+  line += label;
+  line += " chi-squared: " + OneDecimalText(test.chiSquared);
+  line += "  d.f.:" + OneDecimalText(test.degreesOfFreedom);
+  line += "  significance (probability): " + DecimalsText(test.probability, kRatioDecimals);
+  WriteReportLine(console, line);
+}
+
+void WriteChiSquares(Console& console, const Table7Sets& sets, float tinyValue,
+                     std::string_view prefix) {
+  if (const auto fixed = FixedChiSquare(sets.SummaryWith, tinyValue))
+    WriteChiSquare(console, *fixed, prefix, ", Fixed (all same)");
+  if (const auto random = RandomChiSquare(sets.SummaryWith, sets.measured, tinyValue))
+    WriteChiSquare(console, *random, prefix, ",  Random (normal)");
+}
+
+}  // namespace
+
+void AddToSets(const Analysis& analysis, ElementSlot slot, Table7Sets& sets) {
+  const std::int16_t status = analysis.estimates.elements[slot].ElementStatus;
+  const RowKind kind = RowKindOf(analysis, slot);
+  if (kind != RowKind::full && kind != RowKind::extreme) return;
+  const MeasureRow row = FiguresOf(analysis, slot);
+  if (IsInPlay(status)) AddRow(sets.SummaryWithout, row);
+  AddRow(sets.SummaryWith, row);
+  sets.measured.push_back({row.measure, row.standardError});
+}
+
+void WriteTable7Foot(Console& console, const Analysis& analysis, const Table7Layout& layout,
+                     const Table7Sets& sets) {
+  const bool extremes = sets.SummaryWith.Count > sets.SummaryWithout.Count;
+  const float tiny = analysis.estimates.TinyValue;
+  MidRule(console);
+  if (sets.SummaryWithout.Count > 0.0) WriteMeans(console, layout, sets.SummaryWithout);
+  if (extremes) WriteMeans(console, layout, sets.SummaryWith);
+  BottomRule(console);
+  if (sets.SummaryWith.Count < 2.0) return;
+  if (extremes) {
+    WriteSeparation(console, sets.SummaryWith, tiny, "   With extremes, ");
+    WriteSeparation(console, sets.SummaryWithout, tiny, "Without extremes, ");
+  } else {
+    WriteSeparation(console, sets.SummaryWithout, tiny, "");
+  }
+  WriteChiSquares(console, sets, tiny, extremes ? "With extremes, " : "");
+}
+
+}  // namespace flanks

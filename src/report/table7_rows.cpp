@@ -1,0 +1,163 @@
+#include "report/table7_rows.h"
+
+#include <cmath>
+#include <cstdlib>
+
+#include "base/single.h"
+#include "report/format/edit_word.h"
+#include "report/format/fixed_field.h"
+
+namespace flanks {
+namespace {
+
+constexpr int kMeasureWidth = 6;
+constexpr int kErrorWidth = 5;
+constexpr int kCorrelationWidth = 5;
+constexpr int kDiscriminationWidth = 5;
+constexpr int kStatisticDecimals = 2;
+
+double PerCount(double sum, float count) {
+  return count > 0.0f ? sum / count : 0.0;
+}
+
+void AppendMeasure(EditLine& line, const Settings& settings, const MeasureRow& figures) {
+  line.EditString(FixedField(figures.measure, kMeasureWidth, settings.Udecimals));
+  line.EditString(FixedField(figures.standardError, kErrorWidth, settings.Udecimals));
+}
+
+void AppendScores(EditLine& line, const MeasureRow& figures) {
+  line.EditCount(Single(figures.score));
+  line.EditCount(Single(figures.count));
+  line.EditDouble(figures.observedAverage);
+}
+
+void AppendFit(EditLine& line, const MeasureRow& figures) {
+  line.EditDouble(figures.infitMeanSquare);
+  line.EditDouble(figures.infitZStd);
+  line.EditDouble(figures.outfitMeanSquare);
+  line.EditDouble(figures.outfitZStd);
+}
+
+std::string CorrelationText(double correlation) {
+  return FixedField(correlation, kCorrelationWidth, kStatisticDecimals);
+}
+
+// Label on its side, nothing on the other.
+EditLine BeginRow(const Table7Layout& layout, const std::string& word, const std::string& label) {
+  EditLine line(word, layout.encoding);
+  line.EditString(layout.leftHand ? label : "");
+  return line;
+}
+
+std::string EndRow(EditLine& line, const Table7Layout& layout, const std::string& label) {
+  line.EditString(layout.leftHand ? "" : label);
+  return line.Finish();
+}
+
+std::string FullLine(const Analysis& analysis, const Table7Layout& layout, ElementSlot slot) {
+  const MeasureRow figures = FiguresOf(analysis, slot);
+  const FinishedStatistics fit(analysis.estimates, slot);
+  const std::string label = NumberedLabel(layout, analysis.design.elements, slot);
+  EditLine line = BeginRow(layout, layout.fullRow, label);
+  AppendScores(line, figures);
+  line.EditDouble(figures.fairAverage);
+  line.EditString(analysis.estimates.elements[slot].ElementStatus == kStatusAnchored ? "A" : " ");
+  AppendMeasure(line, analysis.settings, figures);
+  AppendFit(line, figures);
+  line.EditString(FixedField(fit->Discrimination, kDiscriminationWidth, kStatisticDecimals));
+  for (const Table7Column column : layout.optional) {
+    if (column != Table7Column::correlationMeasure) continue;
+    line.EditString(CorrelationText(fit->PointMeasure));
+    line.EditString(CorrelationText(fit->PointResidual));
+  }
+  return EndRow(line, layout, label);
+}
+
+void AppendEmptyOptionals(EditLine& line, const Table7Layout& layout) {
+  for (const Table7Column column : layout.optional) {
+    if (column != Table7Column::correlationMeasure) continue;
+    line.EditString("");
+    line.EditString("");
+  }
+}
+
+// Extreme and Status rows: a word stands in the place of the fit.
+std::string UnfittedLine(const Analysis& analysis, const Table7Layout& layout, ElementSlot slot,
+                         RowKind kind) {
+  const bool extreme = kind == RowKind::extreme;
+  const MeasureRow figures = FiguresOf(analysis, slot);
+  const std::int16_t status = analysis.estimates.elements[slot].ElementStatus;
+  const std::string label = NumberedLabel(layout, analysis.design.elements, slot);
+  EditLine line = BeginRow(layout, extreme ? layout.extremeRow : layout.statusRow, label);
+  AppendScores(line, figures);
+  if (extreme) line.EditDouble(figures.fairAverage);
+  line.EditString(status == kStatusAnchored ? "A" : " ");
+  if (extreme)
+    AppendMeasure(line, analysis.settings, figures);
+  else
+    line.EditString(FixedField(figures.measure, kMeasureWidth, analysis.settings.Udecimals));
+  line.EditString(StatusWord(status));
+  AppendEmptyOptionals(line, layout);
+  return EndRow(line, layout, label);
+}
+
+}  // namespace
+
+RowKind RowKindOf(const Analysis& analysis, ElementSlot slot) {
+  const std::int16_t status = analysis.estimates.elements[slot].ElementStatus;
+  const bool hasData = analysis.estimates.scores[slot].MaxScore > 0.0;
+  if (IsInPlay(status) && hasData) return RowKind::full;
+  if (IsExtreme(status)) return RowKind::extreme;
+  const bool observed = status == kStatusDropped || status == kStatusHeld;
+  return observed || !analysis.settings.OmitUnobserved ? RowKind::status : RowKind::none;
+}
+
+std::string_view StatusWord(std::int16_t status) {
+  constexpr std::string_view kWords[] = {"Unknown", "Anchored",     "Minimum",
+                                         "Maximum", "Unmeasurable", "One datum"};
+  const int magnitude = std::abs(status);
+  return magnitude <= 5 ? kWords[magnitude] : kWords[0];
+}
+
+MeasureRow FiguresOf(const Analysis& analysis, ElementSlot slot) {
+  const Settings& settings = analysis.settings;
+  const ElementScores& scores = analysis.estimates.scores[slot];
+  const FinishedStatistics fit(analysis.estimates, slot);
+  const double uscale = settings.Uscale;
+  MeasureRow row;
+  row.measure = settings.Umean + uscale * analysis.estimates.elements[slot].ElementMeasure;
+  row.standardError = std::abs(uscale) * fit->StandardError;
+  row.infitMeanSquare = fit->InfitMeanSquare;
+  row.infitZStd = fit->InfitZStd;
+  row.outfitMeanSquare = fit->OutfitMeanSquare;
+  row.outfitZStd = fit->OutfitZStd;
+  row.score = settings.TotalScoreMode ? scores.FirstRawScore : scores.RawScore;
+  row.count = settings.TotalScoreMode ? scores.FirstCount : scores.Count;
+  row.observedAverage = PerCount(row.score, Single(row.count));
+  row.fairAverage = PerCount(fit->FairSum, scores.Count);
+  row.correlation = fit->PointMeasure;
+  return row;
+}
+
+std::string ElementLine(const Analysis& analysis, const Table7Layout& layout, ElementSlot slot) {
+  const RowKind kind = RowKindOf(analysis, slot);
+  return kind == RowKind::full ? FullLine(analysis, layout, slot)
+                               : UnfittedLine(analysis, layout, slot, kind);
+}
+
+std::string FootLine(const Settings& settings, const Table7Layout& layout,
+                     const MeasureRow& figures, const std::string& words) {
+  EditLine line = BeginRow(layout, layout.footRow, words);
+  AppendScores(line, figures);
+  line.EditDouble(figures.fairAverage);
+  AppendMeasure(line, settings, figures);
+  AppendFit(line, figures);
+  for (const Table7Column column : layout.optional) {
+    if (column != Table7Column::correlationMeasure) continue;
+    line.EditString(CorrelationText(figures.correlation));
+    line.EditString("");
+  }
+  return EndRow(line, layout, words);
+}
+
+}  // namespace flanks
