@@ -20,7 +20,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 namespace flanks {
@@ -84,8 +83,8 @@ class Column {
     cells_.assign(static_cast<std::size_t>(rows), value);
   }
   void clear() { cells_.clear(); }
-  R push(T value) {
-    cells_.push_back(std::move(value));
+  R push(const T& value) {
+    cells_.push_back(value);
     return lastRow();
   }
 
