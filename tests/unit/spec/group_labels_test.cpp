@@ -1,0 +1,62 @@
+#include "spec/group_labels.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+#include "support/spec_bench.h"
+
+namespace flanks {
+namespace {
+
+// Applies the handler to a list that is the whole text; the first line is the keyword's.
+std::string Labels(SpecBench& bench) {
+  std::string all;
+  for (const GroupLabel& label : bench.design().groupLabels)
+    all += std::to_string(label.flank.number()) + "/" + std::to_string(label.group) + "/" +
+           label.label + " ";
+  return all;
+}
+
+// A bench whose Specification is open and whose first line has been split into fields.
+struct ListBench : SpecBench {
+  explicit ListBench(std::string_view text) : SpecBench("Flanks=3\n", Through::reading) {
+    const std::string name = folder.write("list.txt", text);
+    SpecificationState& state = analysis.specification;
+    state.source = std::make_unique<SpecificationSource>();
+    EXPECT_EQ(state.source->Open(name, "Specification", name, console), Fault::none);
+    state.EndOfSpecification = false;
+    SpecContext context = SpecContextOf(analysis, process, console);
+    FetchLine(context);
+    ReadGroupLabels(context);
+  }
+};
+
+TEST(GroupLabels, ReadAListUntilTheStar) {
+  ListBench bench("Glabel=\n1,2,Boys\n1,3=Girls\n2,2,Old,rest\n*\n3,1,Not read\n");
+  EXPECT_EQ(bench.fault(), Fault::none) << bench.faultText();
+  EXPECT_EQ(Labels(bench), "1/2/Boys 1/3/Girls 2/2/Old ");
+}
+
+TEST(GroupLabels, ListMayBeginBehindTheKeywordAndEndAtAnother) {
+  ListBench bench("Glabel=1,2,Boys\nTitle=x\n");
+  EXPECT_EQ(Labels(bench), "1/2/Boys ");
+  EXPECT_TRUE(bench.analysis.specification.lineLeft);
+  EXPECT_EQ(bench.analysis.reading.Fields[0], "Title");
+}
+
+TEST(GroupLabels, RepeatedGroupKeepsItsFirstLabel) {
+  ListBench bench("Glabel=\n1,2,Boys\n1,2,Boys\n1,2,Men\n*\n");
+  EXPECT_EQ(Labels(bench), "1/2/Boys ");
+}
+
+TEST(GroupLabels, RefuseAnythingElse) {
+  for (const std::string line :
+       {"1,2", "1", "x,2,Boys", "4,2,Boys", "0,2,Boys", "1,x,Boys", "1,32761,Boys", "1,2.5,Boys"}) {
+    ListBench bench("Glabel=" + line + "\n*\n");
+    EXPECT_EQ(bench.fault(), Fault::glabelForm) << line;
+    EXPECT_EQ(bench.faultLine(), 1) << line;
+  }
+}
+
+}  // namespace
+}  // namespace flanks
