@@ -26,7 +26,6 @@
 #ifndef FLANKS_ESTIMATE_KERNEL_H
 #define FLANKS_ESTIMATE_KERNEL_H
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -37,9 +36,6 @@
 
 namespace flanks {
 
-// Entries of `CategoryProbability`, 0 to 1,023: four times the largest category.  A Poisson scale
-// is filled to 2 m and read to 4 m.
-constexpr int kProbabilityEntries = 1024;
 // The observations that a pass evaluates at a time: their rows stay in the processor's own memory.
 constexpr std::size_t kKernelBlock = 1024;
 // A good distance between the rows of a block: rows 4,096 bytes apart would fight for their place.
@@ -85,9 +81,7 @@ struct KernelResult {
   float variance = 0.0f;  // floored at 0
 };
 
-// The shared array of the one-by-one path, kept from call to call on purpose.
-using ProbabilityArray = std::array<float, kProbabilityEntries>;
-
+// One observation: fills entries 0 to `filled` of the array.
 KernelResult CategoryProbabilities(const KernelScale& scale, float measure,
                                    ProbabilityArray& CategoryProbability,
                                    VectorWidth width = ChosenVectorWidth());

@@ -44,7 +44,7 @@ constexpr bool IsExtreme(std::int16_t status) {
 struct alignas(32) ElementState {
   float ElementMeasure = 0.0f;  // logits
   std::int16_t ElementStatus = 0;
-  std::int16_t unused = 0;
+  std::int16_t attention = 0;    // not 0: observations of the element are not of the usual kind
   double ExpectedSum = 0.0;      // JMLE: sum of w E        PROX: sum of (rest measure times w)
   double ShiftedExpected = 0.0;  // JMLE: sum of w E'       PROX: sum of weights
   double Information = 0.0;      // JMLE: sum of w V        PROX: sum of (rest measure times w)²
@@ -99,6 +99,14 @@ struct LargestChanges {
   std::string logitPlace;  // "Bin Disc:" or "Poi Disc:" when a discrimination moved most
 };
 
+// The array that the kernel fills for one observation at a time.  It is zeroed when a run begins
+// and never again.
+// Kept: a Poisson scale reads entries that earlier calls left behind (docs/quirks.md).
+struct KernelWork {
+  ProbabilityArray CategoryProbability{};
+  std::int32_t filledTo = 0;  // the last entry that a call has filled; those above are 0
+};
+
 // The scalars of the iteration loop.
 struct IterationState {
   std::int32_t EstimationPhase = kPhaseStart;
@@ -109,7 +117,8 @@ struct IterationState {
   LargestChanges changes;   // of the iteration just made
   std::string flankString;  // one letter for each Flank: "U" floats freely, else blank
   double smallestMeasureSum = 0.0, largestMeasureSum = 0.0;
-  bool anyWeight = false;  // a weight other than 1 was met
+  bool anyWeight = false;          // a weight other than 1 was met
+  bool ignoredWeightTold = false;  // Warning (21) has been given
   bool converged = false;
 };
 
@@ -121,6 +130,7 @@ struct Estimates {
   Column<FlankNo, float> FlankMean;  // logits: fair averages (Fair=M)
   IterationState iteration;
   IterationControl control;
+  KernelWork work;
   float ExponentLimit = 80.0f;
   float TinyValue = 0.0f;  // exp(-ExponentLimit)
 };

@@ -14,6 +14,7 @@
 #ifndef FLANKS_RUN_SCALE_TABLES_H
 #define FLANKS_RUN_SCALE_TABLES_H
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -34,6 +35,11 @@ using ScaleRow = Row<ScaleTag>;          // 0 .. ; rows of the threshold tables
 
 constexpr int kLargestCategory = 255;  // the limit of all scales
 constexpr int kCategories = kLargestCategory + 1;
+
+// Entries of the array of category probabilities, 0 to 1,023: four times the largest category.  A
+// Poisson scale is filled to twice its top category and read to four times it.
+constexpr int kProbabilityEntries = 1024;
+using ProbabilityArray = std::array<float, kProbabilityEntries>;
 
 // Found or added by the data pass.
 struct StructureTable {

@@ -1,0 +1,94 @@
+// Evaluating a block of observations: the kernel called for each scale that occurs in it.
+//
+// The observations that feed estimation are put into *lanes*, those of one scale together and in
+// the order of their records, and the kernel fills its rows by lane.  Where all observations of a
+// block are of the usual kind and on one scale, which is most of the time, the lanes are the
+// observations as they stand and nothing is moved.
+//
+//   BlockKernel kernel(scaleCount);             // once: allocates
+//   kernel.Begin(scales, limit);                // at the head of each pass: looks up thresholds
+//   kernel.Arrange(block);                      // for each block
+//   for (const LaneRun& run : kernel.runs()) ...   kernel.Evaluate(run) ...
+//
+// A Poisson scale reads probabilities that earlier calls left behind, so a run that has one takes
+// its observations one by one, in the order of their records, through the shared array:
+// `oneByOne()` tells so, and the lanes are then in record order whatever their scales.
+//
+// Tested by tests/unit/estimate/block_kernel_test.cpp and through the passes.
+#ifndef FLANKS_ESTIMATE_BLOCK_KERNEL_H
+#define FLANKS_ESTIMATE_BLOCK_KERNEL_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "base/vector_width.h"
+#include "estimate/kernel.h"
+#include "estimate/observation.h"
+#include "run/estimates.h"
+#include "run/scale_tables.h"
+
+namespace flanks {
+
+// Lanes first to first + count - 1, all on one scale.
+struct LaneRun {
+  ScaleRow scale;
+  std::size_t first = 0;
+  std::size_t count = 0;
+};
+
+class BlockKernel {
+ public:
+  explicit BlockKernel(std::int32_t scaleCount);
+
+  void Begin(const ScaleTables& scales, float exponentLimit);
+  bool oneByOne() const { return oneByOne_; }
+  const KernelScale& scale(ScaleRow row) const { return scales_[row.offset()]; }
+
+  void Arrange(const ObservationBlock& block);
+  std::span<const LaneRun> runs() const { return runs_; }
+  std::size_t lanes() const { return lanes_; }
+  // The entry of the block that a lane holds.
+  std::size_t entry(std::size_t lane) const { return inPlace_ ? lane : entries_[lane]; }
+  // The lanes are the block's entries as they stand.
+  bool inPlace() const { return inPlace_; }
+  // By lane.
+  const float* measures() const { return measures_; }
+
+  // Fills the rows of a run's lanes at their measures plus `shift` (logits; 0 for as they are).
+  // The first form leaves the variance out.
+  void EvaluateScores(const LaneRun& run, float shift, float* expected);
+  void Evaluate(const LaneRun& run, float* expected, float* variance);
+  // The probability of category k of a run's first lane; the next lane follows it.
+  const float* probability(const LaneRun& run, int k) const {
+    return probability_.data() + static_cast<std::size_t>(k) * kKernelStride + run.first;
+  }
+
+ private:
+  void ArrangeInRecordOrder(const ObservationBlock& block);
+  void ArrangeByScale(const ObservationBlock& block);
+  KernelRows RowsOf(const LaneRun& run, float* expected, float* variance);
+
+  std::vector<KernelScale> scales_;
+  bool oneByOne_ = false;
+  VectorWidth width_ = ChosenVectorWidth();
+
+  bool inPlace_ = false;
+  std::size_t lanes_ = 0;
+  const float* measures_ = nullptr;
+  std::vector<LaneRun> runs_;
+  std::vector<std::uint32_t> entries_;  // by lane
+  std::vector<float> laneMeasures_;
+  std::vector<float> shifted_;
+  std::vector<float> probability_;
+  std::vector<std::int32_t> laneOfScale_;    // by scale: where its next observation goes
+  std::vector<std::int32_t> scalesOfBlock_;  // in order of their first observation
+};
+
+// One observation through the shared array, which keeps count of what has been filled.
+KernelResult EvaluateOne(const KernelScale& scale, float measure, KernelWork& work);
+
+}  // namespace flanks
+
+#endif  // FLANKS_ESTIMATE_BLOCK_KERNEL_H
