@@ -128,13 +128,14 @@ void PrepareDelements(Run& run) {
     if (text.empty()) continue;
     const DelementsItem item = ReadItem(text);
     if (!item.valid) {
-      run.console.WarnLine(std::string(message::kDelementsItem) + "\"" + std::string(text) +
-                           "\" in Delements=\"" + value + "\" ignored, not N or L");
+      run.console.WarnLine(std::string(message::kDelementsItem) + "\"" +
+                           std::string(ShownPart(text)) + "\" in Delements=\"" +
+                           std::string(ShownPart(value)) + "\" ignored, not N or L");
       continue;
     }
     if (item.hasFlank && (item.flank < 1 || item.flank > design.FlankCount)) {
       FaultParticulars particulars;
-      particulars.text = text;
+      particulars.text = ShownPart(text);
       particulars.name = kSpecificationName;
       particulars.number = design.FlankCount;
       particulars.lineNumber = kNoLineNumber;

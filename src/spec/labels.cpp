@@ -34,7 +34,7 @@ bool BelongsToLabels(std::string_view line) {
 void WarnOfListEnd(Console& console, const ReadState& reading) {
   console.ShowLine("");
   console.WarnLine(JoinNumber(message::kLabelsListEnd, reading.LineNumber) + " \"" +
-                   reading.CurrentLine + "\" * or number = value expected");
+                   std::string(ShownPart(reading.CurrentLine)) + "\" * or number = value expected");
 }
 
 }  // namespace

@@ -9,6 +9,15 @@
 #include "spec/specification_reader.h"
 
 namespace flanks {
+namespace {
+
+constexpr std::size_t kShownOfLongLine = 500;  // bytes
+
+}  // namespace
+
+std::string_view ShownPart(std::string_view line) {
+  return Trim(line).substr(0, kShownOfLongLine);
+}
 
 std::string_view FieldAt(const ReadState& reading, int index) {
   if (index > reading.FieldCount || static_cast<std::size_t>(index) >= reading.Fields.size())
@@ -27,7 +36,7 @@ void SetSpecificationFault(ReadState& reading, Fault fault, std::string_view tex
 
 void SetNumberedFault(ReadState& reading, Fault fault, std::int64_t number, std::string_view text) {
   FaultParticulars particulars;
-  particulars.text = text.empty() ? Trim(reading.SourceLine) : text;
+  particulars.text = ShownPart(text.empty() ? reading.SourceLine : text);
   particulars.name = kSpecificationName;
   particulars.number = number;
   SetFault(reading, fault, std::move(particulars));
@@ -35,7 +44,7 @@ void SetNumberedFault(ReadState& reading, Fault fault, std::int64_t number, std:
 
 void SetPlacelessFault(ReadState& reading, Fault fault, std::string_view text) {
   FaultParticulars particulars;
-  particulars.text = text;
+  particulars.text = ShownPart(text);
   particulars.name = kSpecificationName;
   particulars.lineNumber = kNoLineNumber;
   SetFault(reading, fault, std::move(particulars));

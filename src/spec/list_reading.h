@@ -17,6 +17,9 @@ namespace flanks {
 constexpr std::string_view kSpecificationName = "Specification";  // in faults
 constexpr std::int64_t kNoLineNumber = -1;  // of a fault that belongs to no line
 
+// As much of a line as a message shows.
+std::string_view ShownPart(std::string_view line);
+
 // Field `index` of the current line, or nothing when the line has fewer.
 std::string_view FieldAt(const ReadState& reading, int index);
 

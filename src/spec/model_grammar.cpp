@@ -102,6 +102,7 @@ ElementReference ParseElementReference(std::string_view text) {
     return result;
   }
   reference.reversed = reversed;
+  // Kept: a wildcard decides, and the other marks are only shown (docs/quirks.md).
   const bool any = rest.find_first_of("?$") != std::string::npos;
   reference.dummy = !any && rest.find('@') != std::string::npos;
   reference.structured = !any && !reference.dummy && rest.find('#') != std::string::npos;

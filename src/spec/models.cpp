@@ -36,8 +36,8 @@ void FetchStatementLine(SpecContext& context) {
   if (beginsWithX && !reading.Fields[1].empty()) reading.Fields[1].front() = 'X';
 }
 
-// Whether the list has ended: "*" is taken, a line with a keyword stays for the main loop.  A line
-// whose keyword begins with M is a statement: "Model=?,?,R".
+// Whether the list has ended: "*" is taken, a line with a keyword stays for the main loop.
+// Kept: a line whose keyword begins with M is a statement, "Model=?,?,R" (docs/quirks.md).
 bool StatementsEnd(SpecContext& context) {
   const ReadState& reading = context.reading;
   if (reading.faulty() || context.state.EndOfSpecification) return true;
@@ -51,9 +51,9 @@ bool StatementsEnd(SpecContext& context) {
 
 void SetWeightFault(ReadState& reading, std::string_view weight) {
   FaultParticulars particulars;
-  particulars.text = Trim(reading.SourceLine);
+  particulars.text = ShownPart(reading.SourceLine);
   particulars.name = kSpecificationName;
-  particulars.value = weight;
+  particulars.value = ShownPart(weight);
   SetFault(reading, Fault::nonNumericWeight, std::move(particulars));
 }
 
@@ -120,9 +120,9 @@ void MarkDataPosition(EntryMaps& maps, Position position, bool dummy) {
     if (maps.ActiveMap[place] == position) maps.DataPositionActive[place] = dummy ? -1 : 1;
 }
 
-void SetStatementFault(Run& run, ModelRow model, Fault fault, std::string text) {
+void SetStatementFault(Run& run, ModelRow model, Fault fault, std::string_view text) {
   FaultParticulars particulars;
-  particulars.text = std::move(text);
+  particulars.text = ShownPart(text);
   particulars.name = kSpecificationName;
   const std::int64_t line = run.analysis.design.models.statementLine[model];
   particulars.lineNumber = line > 0 ? line : kNoLineNumber;

@@ -146,7 +146,7 @@ void ReadCategoryLine(SpecContext& context, DefinitionReader& reader) {
   const std::string first(FieldAt(reading, 1));
   const bool onlyRecodes = first.find_first_of("-_") != std::string::npos;
   WholeNumber number;
-  // A first field that is no number stands for category 0.
+  // Kept: a first field that is no number stands for category 0 (docs/quirks.md).
   if (!onlyRecodes) number = ParseInteger(first, reader.categoryLimit);
   if (number.fault == NumberFault::tooLarge || number.fault == NumberFault::notWhole)
     return SetSpecificationFault(reading, Fault::invalidCategory);

@@ -300,5 +300,17 @@ TEST(Labels, LeaveTheLineNumberForDataInLine) {
   EXPECT_EQ(bench.analysis.reading.LineNumber, 8);
 }
 
+// Four million numbers load, one more does not (the two items count).
+TEST(SlowLabels, FourMillionElementsLoad) {
+  SpecBench bench(Elements("1-3999998=Kid\n"));
+  EXPECT_EQ(bench.fault(), Fault::none) << bench.faultText();
+  ASSERT_EQ(bench.design().ElementTotal, 4000000);
+  EXPECT_EQ(bench.elements().ElementLabel[ElementSlot(3999998)], "Kid");
+  EXPECT_EQ(bench.elements().ElementLabel[ElementSlot(4000000)], "i2");
+  EXPECT_EQ(bench.slot(1, 3999998).number(), 3999998);
+  SpecBench more(Elements("1-3999999=Kid\n"));
+  EXPECT_EQ(more.fault(), Fault::tooManyElements);
+}
+
 }  // namespace
 }  // namespace flanks
