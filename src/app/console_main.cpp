@@ -1,6 +1,12 @@
 // The console program `flanks`.
 #include <cstdio>
+#include <string>
 #include <string_view>
+#include <unistd.h>
+
+#include "run/console.h"
+#include "run/pipeline.h"
+#include "shell/console_shell.h"
 
 namespace {
 
@@ -22,6 +28,18 @@ Exit status: 0 when the analysis has ended, 1 when a fault halted it, 51 when it
 was broken off with Ctrl+C.
 )";
 
+// The command line is one text: an argument with a blank in it, or an empty one, is quoted.
+std::string CommandLineText(int count, char** arguments) {
+  std::string text;
+  for (int i = 1; i < count; ++i) {
+    const std::string argument = arguments[i];
+    const bool quoted = argument.empty() || argument.find(' ') != std::string::npos;
+    if (i > 1) text += ' ';
+    text += quoted ? '"' + argument + '"' : argument;
+  }
+  return text;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -34,6 +52,16 @@ int main(int argc, char** argv) {
     std::puts("flanks " FLANKS_VERSION);
     return 0;
   }
-  std::fwrite(kHelp.data(), 1, kHelp.size(), stdout);
-  return 1;
+  flanks::Process process;
+  flanks::Analysis analysis;
+  flanks::ConsoleShell shell(process.control, stdout, isatty(STDOUT_FILENO) != 0);
+  flanks::ConsoleShell::CatchInterrupts();
+  flanks::ConsoleDialogs dialogs(shell);
+  flanks::Launcher launcher;
+  try {
+    return flanks::RunAnalysis(process, analysis, {shell, dialogs, launcher},
+                               CommandLineText(argc, argv));
+  } catch (const flanks::ProcessEnd& end) {
+    return end.exitCode;
+  }
 }

@@ -116,7 +116,7 @@ void ObservationReader::RecodeScales() {
   }
   for (const StructureRow structure : Upward(parts_.structures.structureScale)) {
     const std::size_t scale = parts_.structures.structureScale[structure].offset();
-    for (int raw = 0; raw < kCategories; ++raw) {
+    for (int raw = 0; raw < parts_.structures.structureCount.width(); ++raw) {
       if (parts_.structures.structureCount.at(structure, raw) > 0 &&
           recode_[scale][static_cast<std::size_t>(raw)] == kNoOrderedCategory)
         everyCategoryHasPlace_[scale] = 0;

@@ -71,9 +71,10 @@ bool RebuildScale(ScaleRow scale, ScaleTables& scales) {
 void BuildScales(const Design& design, const StructureTable& structures, ScaleTables& scales) {
   const std::int32_t scaleCount = scales.scales();
   SizeTables(design, scaleCount, scales);
-  Grid<ScaleRow, std::int64_t> counts(scaleCount, kCategories);
+  const int categories = structures.structureCount.width();
+  Grid<ScaleRow, std::int64_t> counts(scaleCount, std::max(categories, scales.width));
   for (StructureRow row : Upward(structures.structureScale))
-    for (int category = 0; category < kCategories; ++category)
+    for (int category = 0; category < categories; ++category)
       counts.at(structures.structureScale[row], category) +=
           structures.structureCount.at(row, category);
   for (ScaleRow scale : Upward(scales.scaleType)) {

@@ -19,6 +19,7 @@
 
 #include "base/column.h"
 #include "run/design.h"
+#include "run/fit_sums.h"
 #include "run/process.h"
 #include "run/scale_tables.h"
 
@@ -127,6 +128,8 @@ struct Estimates {
   Column<ElementSlot, ElementScores> scores;
   Column<ElementSlot, ElementFinal> finals;
   StatisticsStage stage = StatisticsStage::none;
+  Column<ElementSlot, FitSums> fitSums;  // from the fit pass to the sweep after it
+  FitTotals fitTotals;
   Column<FlankNo, float> FlankMean;  // logits: fair averages (Fair=M)
   IterationState iteration;
   IterationControl control;

@@ -92,6 +92,8 @@ enum class Fault : std::int32_t {
   operationCancelled = 65535,
 };
 
+constexpr std::int64_t kNoLineNumber = -1;  // of a fault that belongs to no line
+
 // What a fault's words and its report line take beside the code.
 struct FaultParticulars {
   std::string text;             // the offending value, or the line it stands in; "" for none

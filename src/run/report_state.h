@@ -36,7 +36,7 @@ struct ReportState {
   int ruleTag = 0;
   int linesSinceHeading = 0;  // Kept: nothing advances it (docs/quirks.md)
 
-  WebpageLine webpage;  // blank-run and first-line state of mode W
+  WebpageLine webpage = WebpageLine();  // blank-run and first-line state of mode W
 };
 
 }  // namespace flanks

@@ -20,21 +20,6 @@ void FlankMeans(const Design& design, Estimates& estimates) {
   }
 }
 
-void FairMeasures(std::span<const FairPosition> positions, FairKind kind,
-                  std::span<float> measures) {
-  // A level for all, the signed sum of the means, from which each position takes its own mean
-  // again: so the last digit is the same whichever position comes first.
-  float FairLevel = 0.0f;
-  for (std::size_t j = 0; j < positions.size(); ++j) {
-    const FairPosition& position = positions[j];
-    const float mean = kind == FairKind::mean ? position.FlankMean : 0.0f;
-    const float signedMean = position.adds ? mean : -mean;
-    FairLevel += signedMean;
-    measures[j] = position.SlotMeasure - signedMean;
-  }
-  for (std::size_t j = 0; j < positions.size(); ++j) measures[j] += FairLevel;
-}
-
 double FairAverage(const Estimates& estimates, ElementSlot slot) {
   const FinishedStatistics statistics(estimates, slot);
   const double count = static_cast<double>(estimates.scores[slot].Count);

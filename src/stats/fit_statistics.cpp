@@ -1,10 +1,12 @@
 #include "stats/fit_statistics.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cfloat>
 #include <cmath>
 
 #include "base/single.h"
+#include "stats/point_correlation.h"
 
 namespace flanks {
 namespace {
@@ -73,18 +75,18 @@ ElementFinal FinishElement(const FitSums& sums, const ElementScores& scores, std
                            const ElementFinal& former, const FitSettings& settings,
                            float tinyValue) {
   ElementFinal final;
-  const double information = Single(sums.Information);
+  const double information = Single(sums.terms.Information);
   if (std::abs(scores.MaxScore) > 0.0 && IsInPlay(status)) {
-    final.Displacement =
-        DisplacementOf(scores.ObservedScore, Single(sums.ResidualSum), information, tinyValue);
+    final.Displacement = DisplacementOf(scores.ObservedScore, Single(sums.terms.ResidualSum),
+                                        information, tinyValue);
     final.Discrimination =
-        DiscriminationOf(Single(sums.LogLikelihoodSum), Single(sums.LogLikelihoodMean),
-                         Single(sums.LogLikelihoodSpread));
-    const FitValue infit =
-        ZStdOf(information, sums.InfitVarianceSum, Single(sums.InfitSum), settings.form, tinyValue);
+        DiscriminationOf(Single(sums.terms.LogLikelihoodSum), Single(sums.terms.LogLikelihoodMean),
+                         Single(sums.terms.LogLikelihoodSpread));
+    const FitValue infit = ZStdOf(information, sums.terms.InfitVarianceSum,
+                                  Single(sums.terms.InfitSum), settings.form, tinyValue);
     const double count = scores.Count;
-    const FitValue outfit =
-        ZStdOf(count, sums.ExpectedSum - count, Single(sums.OutfitSum), settings.form, tinyValue);
+    const FitValue outfit = ZStdOf(count, sums.terms.ExpectedSum - count,
+                                   Single(sums.terms.OutfitSum), settings.form, tinyValue);
     final.InfitMeanSquare = infit.MeanSquare;
     final.InfitZStd = infit.ZStd;
     final.InfitDF = infit.DegreesOfFreedom;
@@ -98,17 +100,18 @@ ElementFinal FinishElement(const FitSums& sums, const ElementScores& scores, std
                            ? MeasureCorrelation(sums.correlation)
                            : former.PointMeasure;
   final.PointResidual = ExpectedCorrelation(sums.correlation);
-  final.FairSum = Single(sums.FairSum);
+  final.FairSum = Single(sums.terms.FairSum);
   return final;
 }
 
-void FinishStatistics(const Column<ElementSlot, FitSums>& sums, const FitSettings& settings,
-                      Estimates& estimates) {
-  for (const ElementSlot slot : Downward(sums)) {
+void FinishStatistics(const FitSettings& settings, Estimates& estimates) {
+  assert(estimates.stage == StatisticsStage::sums);
+  for (const ElementSlot slot : Downward(estimates.fitSums)) {
     const std::int16_t status = estimates.elements[slot].ElementStatus;
-    estimates.finals[slot] = FinishElement(sums[slot], estimates.scores[slot], status,
+    estimates.finals[slot] = FinishElement(estimates.fitSums[slot], estimates.scores[slot], status,
                                            estimates.finals[slot], settings, estimates.TinyValue);
   }
+  estimates.fitSums = Column<ElementSlot, FitSums>();
   estimates.stage = StatisticsStage::finished;
 }
 

@@ -25,36 +25,15 @@
 #ifndef FLANKS_STATS_FIT_STATISTICS_H
 #define FLANKS_STATS_FIT_STATISTICS_H
 
-#include <array>
 #include <cstdint>
 
 #include "base/column.h"
 #include "run/design.h"
 #include "run/estimates.h"
-#include "run/scale_tables.h"
+#include "run/fit_sums.h"
 #include "run/settings.h"
-#include "stats/point_correlation.h"
 
 namespace flanks {
-
-// What the observations of an element add up to, weighted with w, 64 bits, in record order.  The
-// first ten are from observations in which the element takes part; the correlation sums from all
-// observations with no more than one extreme element.
-struct alignas(64) FitSums {
-  double ResidualSum = 0.0;          // w E of the ordered category; w (m - E) when reversed
-  double Information = 0.0;          // w V
-  double InfitSum = 0.0;             // w (x - E)²
-  double InfitVarianceSum = 0.0;     // w (C4 - V²)
-  double OutfitSum = 0.0;            // w z²
-  double ExpectedSum = 0.0;          // w kurtosis ratio
-  double LogLikelihoodSum = 0.0;     // w times the cumulative logit at the observed category
-  double LogLikelihoodMean = 0.0;    // w times its expectation
-  double LogLikelihoodSpread = 0.0;  // w times its variance
-  double FairSum = 0.0;              // w times the fair score, in scored categories
-  CorrelationSums correlation;
-  ScaleRow ElementScale;  // the one scale it was seen on; no row before the first
-  bool severalScales = false;
-};
 
 enum class WilsonHilferty : std::uint8_t {
   exact,        // with the term q / 3
@@ -115,9 +94,9 @@ struct FitValue {
                                          std::int16_t status, const ElementFinal& former,
                                          const FitSettings& settings, float tinyValue);
 
-// The sweep over all elements: fills `estimates.finals`; the stage is `finished` then.
-void FinishStatistics(const Column<ElementSlot, FitSums>& sums, const FitSettings& settings,
-                      Estimates& estimates);
+// The sweep over all elements: fills `estimates.finals` from `estimates.fitSums` and lets these go;
+// the stage is `finished` then.
+void FinishStatistics(const FitSettings& settings, Estimates& estimates);
 
 }  // namespace flanks
 

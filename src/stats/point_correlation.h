@@ -6,20 +6,14 @@
 // under the model follows from the expected scores r = E / m and the model variances v = V / m²:
 // the variance of x is that of r plus the mean of v.
 //
-// The fit pass fills the sums (stats/fit_pass.h), in 64 bits and record order.  Tested by
+// The fit pass fills the sums (run/fit_sums.h).  Tested by
 // tests/unit/stats/point_correlation_test.cpp.
 #ifndef FLANKS_STATS_POINT_CORRELATION_H
 #define FLANKS_STATS_POINT_CORRELATION_H
 
-namespace flanks {
+#include "run/fit_sums.h"
 
-struct CorrelationSums {
-  double W = 0.0;                      // w
-  double B = 0.0, BB = 0.0;            // w B, w B²
-  double x = 0.0, xx = 0.0, Bx = 0.0;  // w x, w x², w B x
-  double r = 0.0, rr = 0.0, Br = 0.0;  // w r, w r², w B r
-  double v = 0.0;                      // w v
-};
+namespace flanks {
 
 // The observed correlation, -1 to 1; 0 when all B or all x are equal, or without weight.
 [[nodiscard]] float MeasureCorrelation(const CorrelationSums& sums);

@@ -44,31 +44,28 @@ TEST(FlankMeans, AreOfTheElementsInPlay) {
   EXPECT_EQ(run.estimates.FlankMean[FlankNo(3)], 0.0f);  // nobody at all
 }
 
-std::vector<float> MeasuresOf(const std::vector<FairPosition>& positions, FairKind kind) {
+std::vector<float> MeasuresOf(const std::vector<FairPosition>& positions) {
   std::vector<float> measures(positions.size());
-  FairMeasures(positions, kind, measures);
+  FairMeasures(positions, measures);
   return measures;
 }
 
 // A person of 1.5 meets a rater of .75 (taken off) and a task of -.25, where the Flanks' means are
 // 1, .5 and 0: 1.5 - .5 + 0, then -.75 + 1 + 0, then -.25 + 1 - .5.
 TEST(FairMeasures, PutTheOtherFlanksAtTheirMeans) {
-  const std::vector<FairPosition> positions = {
-      {-0.25f, 0.0f, true}, {-0.75f, 0.5f, false}, {1.5f, 1.0f, true}};
-  EXPECT_EQ(MeasuresOf(positions, FairKind::mean), (std::vector<float>{0.25f, 0.25f, 1.0f}));
+  EXPECT_EQ(MeasuresOf({{-0.25f, 0.0f}, {-0.75f, -0.5f}, {1.5f, 1.0f}}),
+            (std::vector<float>{0.25f, 0.25f, 1.0f}));
 }
 
 TEST(FairMeasures, AreTheElementsOwnAgainstZero) {
-  const std::vector<FairPosition> positions = {
-      {-0.25f, 0.0f, true}, {-0.75f, 0.5f, false}, {1.5f, 1.0f, true}};
-  EXPECT_EQ(MeasuresOf(positions, FairKind::zero), (std::vector<float>{-0.25f, -0.75f, 1.5f}));
+  EXPECT_EQ(MeasuresOf({{-0.25f, 0.0f}, {-0.75f, 0.0f}, {1.5f, 0.0f}}),
+            (std::vector<float>{-0.25f, -0.75f, 1.5f}));
 }
 
 // A Flank in two positions: its mean stands in the level twice, and each takes off its own.
 TEST(FairMeasures, CountAFlankThatIsEnteredTwiceTwice) {
-  const std::vector<FairPosition> positions = {
-      {0.5f, 0.25f, true}, {0.75f, 0.25f, true}, {1.0f, 1.0f, true}};
-  EXPECT_EQ(MeasuresOf(positions, FairKind::mean), (std::vector<float>{1.75f, 2.0f, 1.5f}));
+  EXPECT_EQ(MeasuresOf({{0.5f, 0.25f}, {0.75f, 0.25f}, {1.0f, 1.0f}}),
+            (std::vector<float>{1.75f, 2.0f, 1.5f}));
 }
 
 TEST(FairAverage, IsTheFairSumOverTheCount) {

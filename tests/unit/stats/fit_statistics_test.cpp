@@ -135,13 +135,13 @@ TEST(DiscriminationOf, IsCutAndHasADefault) {
 // V = .196612, .25, .25, .196612; E = .268941, .5, .5, .731059.
 FitSums FourObservations() {
   FitSums sums;
-  sums.ResidualSum = 2.0;
-  sums.Information = 0.893224;
-  sums.InfitSum = 2 * 0.072329 + 2 * 0.25;
-  sums.OutfitSum = 2 * 0.367879 + 2 * 1.0;
-  sums.InfitVarianceSum = 2 * 0.041987;  // C4 - V² is 0 at B = 0
-  sums.ExpectedSum = 2 * 2.086161 + 2 * 1.0;
-  sums.FairSum = 2.0;
+  sums.terms.ResidualSum = 2.0;
+  sums.terms.Information = 0.893224;
+  sums.terms.InfitSum = 2 * 0.072329 + 2 * 0.25;
+  sums.terms.OutfitSum = 2 * 0.367879 + 2 * 1.0;
+  sums.terms.InfitVarianceSum = 2 * 0.041987;  // C4 - V² is 0 at B = 0
+  sums.terms.ExpectedSum = 2 * 2.086161 + 2 * 1.0;
+  sums.terms.FairSum = 2.0;
   return sums;
 }
 
@@ -171,7 +171,7 @@ TEST(FinishElement, MakesAllStatisticsOfTheSums) {
 
 TEST(FinishElement, TreatsAnAnchorAsAnyOtherInPlay) {
   FitSums sums = FourObservations();
-  sums.ResidualSum = 1.5;
+  sums.terms.ResidualSum = 1.5;
   const ElementFinal final = FinishElement(sums, FourScores(), kStatusAnchored, {}, {}, kTiny);
   EXPECT_NEAR(final.Displacement, 0.5 / 0.893224, 1E-6);
   EXPECT_NEAR(final.InfitMeanSquare, 0.721721, 1E-5);
@@ -180,9 +180,9 @@ TEST(FinishElement, TreatsAnAnchorAsAnyOtherInPlay) {
 TEST(FinishElement, LeavesAnExtremeElementItsErrorAndFairSum) {
   for (const std::int16_t status : {kStatusMinimum, kStatusMaximum, kStatusHeld}) {
     FitSums sums = FourObservations();
-    sums.ResidualSum = 1.5;
-    sums.LogLikelihoodSpread = 1.0;
-    sums.LogLikelihoodSum = 3.0;
+    sums.terms.ResidualSum = 1.5;
+    sums.terms.LogLikelihoodSpread = 1.0;
+    sums.terms.LogLikelihoodSum = 3.0;
     const ElementFinal final = FinishElement(sums, FourScores(), status, {}, {}, kTiny);
     EXPECT_NEAR(final.StandardError, 1.058082, 1E-5);
     EXPECT_EQ(final.FairSum, 2.0);
@@ -205,7 +205,7 @@ TEST(FinishElement, GivesAnElementWithoutDataTheDefaults) {
 
 TEST(FinishElement, EnlargesTheRealErrorByMisfit) {
   FitSums sums = FourObservations();
-  sums.InfitSum = 1.44 * 0.893224;
+  sums.terms.InfitSum = 1.44 * 0.893224;
   FitSettings settings;
   settings.errorKind = ErrorKind::real;
   const ElementFinal final = FinishElement(sums, FourScores(), kStatusFree, {}, settings, kTiny);
@@ -233,9 +233,11 @@ TEST(FinishStatistics, FinishesEveryElementAndSetsTheStage) {
   estimates.TinyValue = kTiny;
   estimates.elements[ElementSlot(1)].ElementStatus = kStatusFree;
   estimates.scores[ElementSlot(1)] = FourScores();
-  Column<ElementSlot, FitSums> sums(2);
-  sums[ElementSlot(1)] = FourObservations();
-  FinishStatistics(sums, {}, estimates);
+  estimates.fitSums.resize(2);
+  estimates.fitSums[ElementSlot(1)] = FourObservations();
+  estimates.stage = StatisticsStage::sums;
+  FinishStatistics({}, estimates);
+  EXPECT_TRUE(estimates.fitSums.empty());
   EXPECT_EQ(estimates.stage, StatisticsStage::finished);
   const FinishedStatistics first(estimates, ElementSlot(1));
   EXPECT_NEAR(first->InfitMeanSquare, 0.721721, 1E-5);

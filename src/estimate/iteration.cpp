@@ -1,0 +1,251 @@
+#include "estimate/iteration.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "base/exponential.h"
+#include "base/single.h"
+#include "estimate/convergence.h"
+#include "estimate/flank_update.h"
+#include "estimate/jmle_pass.h"
+#include "estimate/observation.h"
+#include "estimate/recount.h"
+#include "estimate/scale_build.h"
+#include "estimate/table3.h"
+#include "estimate/threshold_step.h"
+#include "report/format/join_number.h"
+#include "run/messages.h"
+#include "run/report_page.h"
+
+namespace flanks {
+namespace {
+
+constexpr float kSmallestSecantDelta = 0.1f;  // logits
+constexpr float kProxIsEnough = 0.9f;         // logits: smaller changes leave PROX
+
+// Every element to its start: in play, at its anchor or starting value.
+void StartElements(const Design& design, Estimates& estimates) {
+  estimates.elements.assign(design.ElementTotal, {});
+  estimates.scores.assign(design.ElementTotal, {});
+  estimates.finals.assign(design.ElementTotal, {});
+  estimates.stage = StatisticsStage::none;
+  for (ElementSlot e : Upward(estimates.elements)) {
+    ElementState& state = estimates.elements[e];
+    const bool anchored = design.elements.ElementAnchor[e] != AnchorKind::none;
+    state.ElementStatus = anchored ? kStatusAnchored : kStatusFree;
+    state.ElementMeasure = design.elements.PresetMeasure[e];
+  }
+}
+
+void StartEstimates(const Design& design, const Settings& settings, Estimates& estimates) {
+  StartElements(design, estimates);
+  estimates.iteration = {};
+  estimates.iteration.flankString = FirstFlankString(design);
+  estimates.control.SpeedFactor = 1.0f;
+  estimates.control.NewtonValue = std::abs(settings.Newton);
+  estimates.control.IterationLimit = settings.Iterations;
+  estimates.ExponentLimit = settings.Hardware;
+  estimates.TinyValue = Exponential(-settings.Hardware);
+}
+
+// The loop's parts of the analysis and what it keeps between iterations.
+class Loop {
+ public:
+  explicit Loop(Run& run)
+      : run_(run),
+        console_(run.console),
+        design_(run.analysis.design),
+        settings_(run.analysis.settings),
+        scales_(run.analysis.scales),
+        estimates_(run.analysis.estimates),
+        state_(estimates_.iteration),
+        limits_(LimitsOf(settings_.Convergence)),
+        reader_(PassPartsOf(run.analysis, run.console)),
+        counting_(reader_.parts()),
+        jmle_(reader_.parts()) {
+    int largest = 0;
+    for (FlankNo flank : Upward(design_.flanks.FlankElementCount))
+      largest = std::max(largest, design_.flanks.FlankElementCount[flank]);
+    steps_.resize(static_cast<std::size_t>(largest));
+  }
+
+  void RunIterations();
+
+ private:
+  bool Iteration();
+  void EnterPhase();
+  PassResult Pass();
+  void StepThresholds();
+  void UpdateFlanks(const StepControl& control);
+  void WarnOfConstraints();
+  void WarnOutOfRange(ElementSlot element);
+  void ControlSpeed(const LargestChanges& before);
+  bool GoesOn();
+  StepControl ControlNow() const;
+
+  Run& run_;
+  Console& console_;
+  const Design& design_;
+  const Settings& settings_;
+  ScaleTables& scales_;
+  Estimates& estimates_;
+  IterationState& state_;
+  const ConvergenceLimits limits_;
+  ObservationReader reader_;
+  CountingPass counting_;
+  JmlePass jmle_;
+  FlankSteps steps_;
+  float newtonStep_ = 0.0f;  // NewtonValue as this iteration began
+  bool firstPass_ = true;
+  bool endProx_ = false;  // the switch that ends PROX at the next iteration
+  bool constraintsWarned_ = false;
+  bool outOfRangeWarned_ = false;  // in this iteration
+};
+
+void Loop::RunIterations() {
+  WriteTable3Head(console_);
+  while (Iteration()) {
+  }
+  console_.clearFinishRequest();
+  WriteTable3Foot(console_);
+  if (!Halted(run_)) state_.EstimationPhase = kPhaseFinished;
+}
+
+// One iteration; true when another is to be made.
+bool Loop::Iteration() {
+  newtonStep_ = estimates_.control.NewtonValue;
+  outOfRangeWarned_ = false;
+  EnterPhase();
+  ++state_.IterationNumber;
+  const LargestChanges before = state_.changes;
+  state_.changes = {};
+  state_.FreeParameterCount = 0;
+  const PassResult pass = Pass();
+  if (Halted(run_)) return false;
+  if (!pass.dataSeen) {
+    FaultParticulars nowhere;
+    nowhere.lineNumber = kNoLineNumber;
+    SetFault(run_.analysis.reading, Fault::allExtreme, nowhere);
+    return false;
+  }
+  if (pass.poissonSeen) endProx_ = true;
+  if (firstPass_) KeepFirstScores(estimates_);
+  // Scores that were counted with another recode or top category are no longer right.
+  if (state_.RecountRequired) state_.RecountRequired = RebuildScales(scales_);
+  StepThresholds();
+  UpdateFlanks(ControlNow());
+  ControlSpeed(before);
+  ReportIteration(console_, {design_, estimates_, scales_});
+  firstPass_ = false;
+  state_.SecantDelta = std::max(kSmallestSecantDelta, std::abs(state_.changes.MaxLogitChange));
+  return GoesOn() && !console_.YieldToWindow() && !console_.finishRequested();
+}
+
+// PROX takes the first one or two iterations after a recount.
+void Loop::EnterPhase() {
+  if (state_.RecountRequired) {
+    state_.EstimationPhase = kPhaseStart;
+    // The switch is set when no Flank floats: PROX has no origin to give then.
+    endProx_ = state_.flankString.find('U') == std::string::npos;
+  } else if (state_.EstimationPhase == kPhaseJmle) {
+    WarnOfConstraints();
+  }
+  if (state_.EstimationPhase == kPhaseStart) {
+    state_.EstimationPhase = kPhaseProx;
+  } else if (state_.EstimationPhase == kPhaseProx &&
+             (std::abs(state_.changes.MaxLogitChange) < kProxIsEnough || endProx_ ||
+              state_.IterationNumber > 1)) {
+    state_.EstimationPhase = kPhaseJmle;
+  }
+}
+
+void Loop::WarnOfConstraints() {
+  if (constraintsWarned_) return;
+  const auto floating = std::count(state_.flankString.begin(), state_.flankString.end(), 'U');
+  if (floating == 1) return;
+  console_.WarnLine(floating == 0 ? message::kOverConstrained : message::kUnderConstrained);
+  constraintsWarned_ = true;
+}
+
+// The pass after a recount was asked for is always a PROX pass, which counts.
+PassResult Loop::Pass() {
+  const Recount recount = state_.RecountRequired ? Recount::needed : Recount::notNeeded;
+  ClearPassSums(estimates_);
+  ClearScaleSums(recount, scales_);
+  if (state_.RecountRequired) ClearScores(estimates_);
+  if (state_.EstimationPhase == kPhaseProx) return counting_.Run(reader_, recount);
+  return jmle_.Run(reader_, newtonStep_);
+}
+
+void Loop::StepThresholds() {
+  const bool jmle = state_.EstimationPhase == kPhaseJmle;
+  for (ScaleRow scale : Downward(scales_.scaleType)) {
+    if (scales_.scaleType[scale] != ScaleType::rating || scales_.ScaleTopCategory[scale] < 2)
+      continue;
+    if (jmle)
+      ThresholdStep(scale, estimates_.control.SpeedFactor, estimates_.TinyValue, scales_,
+                    state_.changes);
+    else
+      HoldThresholds(scale, scales_);
+  }
+}
+
+StepControl Loop::ControlNow() const {
+  return {settings_.Xtreme[0], newtonStep_, estimates_.control.SpeedFactor, state_.SecantDelta,
+          estimates_.TinyValue};
+}
+
+void Loop::UpdateFlanks(const StepControl& control) {
+  for (FlankNo flank : Upward(design_.flanks.FlankElementCount)) {
+    if (design_.flanks.FlankElementCount[flank] == 0) continue;
+    const FlankUpdate update =
+        UpdateFlank({design_, flank, control, firstPass_}, estimates_, steps_);
+    if (update.endProx) endProx_ = true;
+    if (update.outOfRange.number() >= ElementSlot::first) WarnOutOfRange(update.outOfRange);
+    ReportFlankSummary(console_, design_.flanks.FlankName[flank], update.summary);
+  }
+}
+
+void Loop::WarnOutOfRange(ElementSlot element) {
+  if (outOfRangeWarned_) return;
+  outOfRangeWarned_ = true;
+  const FlankNo flank = design_.elements.ElementFlank[element];
+  console_.WarnLine(JoinNumber(message::kOutOfRange, flank.number()) + " " +
+                    JoinNumber("Element", design_.elements.ElementNumber[element]));
+}
+
+void Loop::ControlSpeed(const LargestChanges& before) {
+  IterationControl& control = estimates_.control;
+  if (control.NewtonValue != 0.0f || state_.IterationNumber <= kSpeedControlFrom) return;
+  control.SpeedFactor = NextSpeedFactor(control.SpeedFactor, state_.changes, before);
+}
+
+bool Loop::GoesOn() {
+  const bool going = KeepsGoing(state_, limits_);
+  state_.converged = !going;
+  const std::int32_t limit = estimates_.control.IterationLimit;
+  if (!LimitReached(state_, limit)) return going;
+  if (going)
+    console_.WarnLine("'Iterations=" + std::to_string(limit) +
+                      "' reached.  'Iterations=0' removes limit");
+  return false;
+}
+
+}  // namespace
+
+void Iterate(Run& run) {
+  Analysis& analysis = run.analysis;
+  run.at = "starting values";
+  StartEstimates(analysis.design, analysis.settings, analysis.estimates);
+  BuildScales(analysis.design, analysis.structures, analysis.scales);
+  SelectTable(run.console, 3);
+  analysis.estimates.control.iterating = true;
+  run.process.control.steering = &analysis.estimates.control;
+  run.at = "iterations";
+  Loop(run).RunIterations();
+  analysis.estimates.control.iterating = false;
+  run.process.control.steering = nullptr;
+}
+
+}  // namespace flanks

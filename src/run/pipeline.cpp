@@ -1,0 +1,212 @@
+#include "run/pipeline.h"
+
+#include <chrono>
+#include <ctime>
+#include <locale>
+#include <memory>
+#include <span>
+#include <string>
+#include <utility>
+
+#include "data/data_pass.h"
+#include "data/table2.h"
+#include "estimate/iteration.h"
+#include "report/format/fixed_field.h"
+#include "report/format/join_number.h"
+#include "report/table7.h"
+#include "run/guard.h"
+#include "run/messages.h"
+#include "run/report_page.h"
+#include "run/run.h"
+#include "spec/command_line.h"
+#include "spec/delements.h"
+#include "spec/dvalues.h"
+#include "spec/flank_maps.h"
+#include "spec/label_loader.h"
+#include "spec/models.h"
+#include "spec/output_names.h"
+#include "spec/scales.h"
+#include "spec/specification_reader.h"
+#include "spec/table1.h"
+#include "stats/fit_pass.h"
+
+namespace flanks {
+namespace {
+
+// Every setting to its default, the Flank counts to 0, no model and no scale.  The fresh state is
+// made off the stack, which it would strain.
+void ResetDefaults(Analysis& analysis) {
+  analysis = std::move(*std::make_unique<Analysis>());
+}
+
+struct Step {
+  const char* name;
+  void (*procedure)(Run&);
+};
+
+// Group anchors that a former analysis in the same process left without a group number.  Kept:
+// asked before LoadLabels, which sets it for the next run (docs/quirks.md).
+void WarnOfFormerGroups(Run& run) {
+  const int flank = run.process.former.groupAnchoredFlankWithoutGroup;
+  if (flank == 0) return;
+  run.console.WarnLine(JoinNumber(message::kGroupAnchorWithoutGroup, flank) +
+                       " without a group number");
+  run.process.former.groupAnchoredFlankWithoutGroup = 0;
+}
+
+// A fault of the Specification as a whole, which no line is to blame for.
+void SetSpecificationFault(Run& run, Fault fault, const std::string& value = "") {
+  FaultParticulars particulars;
+  particulars.name = "Specification";
+  particulars.value = value;
+  particulars.lineNumber = kNoLineNumber;
+  SetFault(run.analysis.reading, fault, std::move(particulars));
+}
+
+void NeedData(Run& run) {
+  if (run.analysis.settings.dataSource == DataSource::none)
+    SetSpecificationFault(run, Fault::dataNotSpecified);
+}
+
+void OpenReportFile(Run& run) {
+  const Settings& settings = run.analysis.settings;
+  run.console.ShowLine("Writing specifications to output file: \"" + settings.OutputFile + "\"");
+  std::string reason;
+  if (OpenReport(run.console, settings.OutputFile, reason)) return;
+  run.console.WarnLine("The output file \"" + settings.OutputFile +
+                       "\" cannot be written: " + reason + ".");
+  SetSpecificationFault(run, Fault::incompatibleFileUse, "\"" + settings.OutputFile + "\"");
+}
+
+void NeedFlanks(Run& run) {
+  if (run.analysis.design.FlankCount == 0) SetSpecificationFault(run, Fault::flanksFirst);
+}
+
+std::string DateAndTime() {
+  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  std::tm local{};
+  localtime_r(&now, &local);
+  char text[32];
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &local);
+  return text;
+}
+
+void WriteBanner(Run& run) {
+  SelectTable(run.console, 1);
+  run.analysis.report.runHeading =
+      run.analysis.settings.Title.empty() ? "" : run.analysis.settings.Title + " ";
+  run.console.WriteOutput("Flanks (Many-Flank Rasch Measurement) Version " FLANKS_VERSION "  " +
+                          DateAndTime());
+}
+
+constexpr Step kOpeningSteps[] = {
+    {"ReadCommandLine", ReadCommandLine},
+};
+
+constexpr Step kAnalysisSteps[] = {
+    {"ApplyExtraSpecifications", ApplyExtraSpecifications},
+    {"ReadSpecification", ReadSpecification},
+    {"BuildModelTable", BuildModelTable},
+    {"WarnOfFormerGroups", WarnOfFormerGroups},
+    {"LoadScales", LoadScales},
+    {"LoadLabels", LoadLabels},
+    {"PrepareDelements", PrepareDelements},
+    {"PrepareDvalues", PrepareDvalues},
+    {"NeedData", NeedData},
+    {"SettleOutputNames", SettleOutputNames},
+    {"OpenReportFile", OpenReportFile},
+    {"NeedFlanks", NeedFlanks},
+    {"MakeDefaultMaps", MakeDefaultMaps},
+    {"MatchElementsToModels", MatchElementsToModels},
+    {"WriteBanner", WriteBanner},
+    {"WriteTable1", WriteTable1},
+    {"OpenWorkFiles", OpenWorkFiles},
+    {"WriteTable2Head", WriteTable2Head},
+    {"ReadData", ReadData},
+    {"WriteTable2Body", WriteTable2Body},
+    {"Iterate", Iterate},
+    {"CalculateFit", CalculateFit},
+    {"SummarizeFit", SummarizeFit},
+    {"WriteTable7", WriteTable7},
+};
+
+void RunSteps(std::span<const Step> steps, Run& run) {
+  for (const Step& step : steps) {
+    Guarded(step.name, run, step.procedure);
+    if (Halted(run)) return;
+  }
+}
+
+// "Analyzed in time of " and hours, minutes and seconds, each in two places.
+std::string TimeOfRun(std::int64_t milliseconds) {
+  const std::int64_t seconds = milliseconds / 1000;
+  const auto field = [](std::int64_t value) {
+    return FixedField(static_cast<double>(value), 2, 0);
+  };
+  return "Analyzed in time of " + field(seconds / 3600) + ":" + field(seconds / 60 % 60) + ":" +
+         field(seconds % 60);
+}
+
+void CloseRun(Run& run, std::int64_t milliseconds) {
+  ReportState& report = run.analysis.report;
+  report.switchedOff = false;
+  const std::string time = TimeOfRun(milliseconds);
+  run.console.ShowLine(time);
+  if (run.analysis.settings.Write) run.console.WriteOutput(time);
+  for (const std::string& note : report.closingNotes) run.console.WarnLine(note);
+  CloseReport(run.console);
+  run.console.ShowLine("Output to " + report.fileName);
+}
+
+// A run that a fault or the user ended: the fault is reported once, the estimates are not offered.
+int HaltRun(Run& run) {
+  ReadState& reading = run.analysis.reading;
+  RunControl& control = run.process.control;
+  int exitCode = kExitFault;
+  if (control.CancelRequested) {
+    reading.FaultCode = Fault::cancelled;
+    reading.fault = {};
+    exitCode = kExitCancelled;
+    control.CancelRequested = false;  // what follows is to be written
+  }
+  run.analysis.report.switchedOff = false;
+  run.console.WarnLine(FaultLine(reading.FaultCode, reading.fault));
+  reading.FaultCode = Fault::none;
+  run.analysis.report.closingNotes.clear();
+  run.console.ShowLine("Execution halted");
+  CloseReport(run.console);
+  return exitCode;
+}
+
+// Whether the system writes numbers with a comma; a system without locales does not.
+bool SystemDecimalComma() {
+  try {
+    return std::use_facet<std::numpunct<char>>(std::locale("")).decimal_point() == ',';
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+int RunAnalysis(Process& process, Analysis& analysis, World world, const std::string& commandLine) {
+  ResetDefaults(analysis);
+  process.control.StopState = 0;
+  process.control.CancelRequested = false;
+  process.DecimalComma = SystemDecimalComma();
+  process.commandLine = commandLine;
+  Console console(world.shell, world.dialogs, process.control, analysis.settings, analysis.report);
+  Run run{process, analysis, console, world.dialogs, world.launcher};
+  analysis.report.closingNotes.emplace_back(message::kSubsetsNotVerified);
+  const std::int64_t start = world.shell.Milliseconds();
+  RunSteps(kOpeningSteps, run);
+  const bool noFileNamed = !Halted(run) && analysis.settings.specificationFile.empty();
+  if (noFileNamed) return 0;  // without a window nobody can choose one
+  if (!Halted(run)) RunSteps(kAnalysisSteps, run);
+  if (IsStopping(process.control)) return kExitFault;
+  if (Halted(run)) return HaltRun(run);
+  CloseRun(run, world.shell.Milliseconds() - start);
+  return process.control.ExitCode;
+}
+
+}  // namespace flanks

@@ -1,0 +1,201 @@
+#include "estimate/flank_update.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace flanks {
+namespace {
+
+constexpr FlankNo kFlank(1);
+
+// One Flank of elements in play, in JMLE.
+struct OneFlank {
+  Design design;
+  Estimates estimates;
+  FlankSteps steps;
+  StepControl control;
+  bool firstPass = false;
+
+  OneFlank(int count, std::int16_t orientation, std::int16_t center) {
+    design.FlankCount = 1;
+    design.ElementTotal = count;
+    FlankTable& flanks = design.flanks;
+    flanks.FlankOptions.assign(1, " ");
+    flanks.FlankElementCount.assign(1, count);
+    flanks.FlankFirstSlot.assign(1, ElementSlot(1));
+    flanks.FlankOrientation.assign(1, orientation);
+    flanks.FlankCenter.assign(1, center);
+    flanks.FlankHighestGroup.assign(1, 0);
+    design.elements.PresetMeasure.assign(count, 0.0f);
+    design.elements.ElementGroup.assign(count, 0);
+    design.elements.ElementAnchor.assign(count, AnchorKind::none);
+    estimates.elements.assign(count, {});
+    estimates.scores.assign(count, {});
+    estimates.iteration.EstimationPhase = kPhaseJmle;
+    estimates.iteration.RecountRequired = false;
+    estimates.iteration.flankString = " ";
+    estimates.TinyValue = static_cast<float>(std::exp(-80.0));
+    control.TinyValue = estimates.TinyValue;
+    control.NewtonStep = 1.0f;  // step = residual / Information: easy to see
+    steps.resize(static_cast<std::size_t>(count));
+  }
+
+  // Element n: measure, observed, expected; maximum 20, information 10.
+  void Element(int n, float measure, double observed, double expected) {
+    const ElementSlot e(n);
+    estimates.elements[e].ElementMeasure = measure;
+    estimates.elements[e].ElementStatus = kStatusFree;
+    estimates.elements[e].ExpectedSum = expected;
+    estimates.elements[e].Information = 10.0;
+    estimates.scores[e].ObservedScore = observed;
+    estimates.scores[e].MaxScore = 20.0;
+    estimates.scores[e].Count = 5.0f;
+    estimates.scores[e].SmallestWeight = 1.0f;
+  }
+  FlankUpdate Update() {
+    return UpdateFlank({design, kFlank, control, firstPass}, estimates, steps);
+  }
+  float Measure(int n) const { return estimates.elements[ElementSlot(n)].ElementMeasure; }
+  std::int16_t Status(int n) const { return estimates.elements[ElementSlot(n)].ElementStatus; }
+};
+
+TEST(UpdateFlank, AFloatingFlanksElementsTakeTheirSteps) {
+  OneFlank flank(2, kPositiveOrientation, kNonCentered);
+  flank.Element(1, .5f, 12, 10);  // + .2
+  flank.Element(2, -.5f, 8, 9);   // - .1
+  flank.Update();
+  EXPECT_FLOAT_EQ(flank.Measure(1), .7f);
+  EXPECT_FLOAT_EQ(flank.Measure(2), -.6f);
+  EXPECT_EQ(flank.estimates.iteration.flankString, "U");
+  EXPECT_EQ(flank.estimates.iteration.FreeParameterCount, 2);
+  EXPECT_FLOAT_EQ(flank.estimates.iteration.changes.MaxLogitChange, .2f);
+  EXPECT_DOUBLE_EQ(flank.estimates.iteration.changes.MaxScoreResidual, 2.0);
+  EXPECT_EQ(flank.estimates.iteration.changes.scoreElement, ElementSlot(1));
+}
+
+TEST(UpdateFlank, ACenteredFlanksFreeElementsEndWithMeanZero) {
+  OneFlank flank(2, kPositiveOrientation, kCentered);
+  flank.Element(1, .5f, 12, 10);
+  flank.Element(2, -.5f, 8, 9);
+  flank.Update();
+  // Projected .7 and -.6: mean .05 comes off.
+  EXPECT_NEAR(flank.Measure(1), .65, 1e-6);
+  EXPECT_NEAR(flank.Measure(2), -.65, 1e-6);
+  EXPECT_EQ(flank.estimates.iteration.flankString, " ");
+  EXPECT_EQ(flank.estimates.iteration.FreeParameterCount, 1);
+}
+
+TEST(UpdateFlank, ExtremeScoresChangeStatusByOrientationAndAskForARecount) {
+  struct Case {
+    std::int16_t orientation;
+    double observed;
+    std::int16_t status;
+  };
+  const Case cases[] = {{kPositiveOrientation, 0, kStatusMinimum},
+                        {kPositiveOrientation, 20, kStatusMaximum},
+                        {kNegativeOrientation, 0, kStatusMaximum},
+                        {kNegativeOrientation, 20, kStatusMinimum}};
+  for (const Case& c : cases) {
+    OneFlank flank(2, c.orientation, kCentered);
+    flank.Element(1, 0.0f, c.observed, 10);
+    flank.Element(2, 0.0f, 10, 10);
+    flank.Update();
+    EXPECT_EQ(flank.Status(1), c.status) << c.orientation << " " << c.observed;
+    EXPECT_TRUE(flank.estimates.iteration.RecountRequired);
+    EXPECT_EQ(flank.estimates.iteration.FreeParameterCount, 0) << "one active, one constraint";
+  }
+}
+
+TEST(UpdateFlank, ExtremesCountForTheOriginOnlyWhereTheFlankSaysSo) {
+  for (const std::int16_t center : {kCentered, kCenteredWithExtremes}) {
+    OneFlank flank(2, kPositiveOrientation, center);
+    flank.Element(1, 2.0f, 20, 19.7);  // perfect: residual 0 after the adjustment of .3
+    flank.Element(2, .5f, 10, 10);
+    flank.Update();
+    const double expected = center == kCentered ? 0.0 : .5 - 1.25;
+    EXPECT_NEAR(flank.Measure(2), expected, 1e-6);
+  }
+}
+
+TEST(UpdateFlank, WithoutDataAnElementIsUnusedAtFirstAndDroppedLater) {
+  for (const bool firstPass : {true, false}) {
+    OneFlank flank(2, kPositiveOrientation, kNonCentered);
+    flank.firstPass = firstPass;
+    flank.Element(1, .3f, 0, 0);
+    flank.estimates.scores[ElementSlot(1)] = {};
+    flank.Element(2, 0.0f, 10, 10);
+    flank.Update();
+    EXPECT_EQ(flank.Status(1), firstPass ? kStatusUnused : kStatusDropped);
+    EXPECT_TRUE(flank.estimates.iteration.RecountRequired);
+    flank.Update();
+    EXPECT_EQ(flank.Measure(1), 0.0f);
+  }
+}
+
+TEST(UpdateFlank, ANegativeMaximumHoldsAnElement) {
+  OneFlank flank(2, kPositiveOrientation, kNonCentered);
+  flank.Element(1, 0.0f, 5, 5);
+  flank.estimates.scores[ElementSlot(1)].MaxScore = -20.0;
+  flank.Element(2, 0.0f, 10, 10);
+  flank.Update();
+  EXPECT_EQ(flank.Status(1), kStatusHeld);
+  EXPECT_EQ(flank.estimates.scores[ElementSlot(1)].MaxScore, 20.0);
+  EXPECT_TRUE(flank.estimates.iteration.RecountRequired);
+  flank.estimates.iteration.RecountRequired = false;
+  flank.Update();
+  EXPECT_EQ(flank.Status(1), kStatusHeld);
+  EXPECT_FALSE(flank.estimates.iteration.RecountRequired) << "not new any more";
+}
+
+TEST(UpdateFlank, AnAnchoredElementStaysAndTheFreeOnesTakeHalfItsDrift) {
+  OneFlank flank(2, kPositiveOrientation, kCentered);
+  flank.Element(1, 1.0f, 12, 10);  // would move by .2
+  flank.estimates.elements[ElementSlot(1)].ElementStatus = kStatusAnchored;
+  flank.design.elements.PresetMeasure[ElementSlot(1)] = 1.0f;
+  flank.Element(2, 0.0f, 11, 10);  // + .1
+  flank.Update();
+  EXPECT_EQ(flank.Measure(1), 1.0f);
+  EXPECT_NEAR(flank.Measure(2), .1 - .5 * .2, 1e-6);
+}
+
+TEST(UpdateFlank, TheRangeGuardHoldsAMeasureAtTheLimit) {
+  OneFlank flank(2, kPositiveOrientation, kNonCentered);
+  flank.Element(1, -79.95f, 8, 10);  // - .2
+  flank.Element(2, 0.0f, 10, 10);
+  const FlankUpdate update = flank.Update();
+  EXPECT_EQ(flank.Measure(1), -80.0f);
+  EXPECT_EQ(update.outOfRange, ElementSlot(1));
+  EXPECT_FALSE(update.endProx) << "not in PROX";
+}
+
+TEST(UpdateFlank, ProxTakesTheNormalApproximation) {
+  OneFlank flank(1, kPositiveOrientation, kNonCentered);
+  flank.estimates.iteration.EstimationPhase = kPhaseProx;
+  flank.Element(1, 0.0f, 11, 0);
+  ElementState& state = flank.estimates.elements[ElementSlot(1)];
+  // S = -1.2, Q = 4.4, W = 6, R = 11, M = 18: new measure .303291.
+  state.ExpectedSum = -1.2;
+  state.Information = 4.4;
+  state.ShiftedExpected = 6.0;
+  flank.estimates.scores[ElementSlot(1)].MaxScore = 18.0;
+  flank.Update();
+  EXPECT_NEAR(flank.Measure(1), .303291, 1e-6);
+}
+
+TEST(FlankSummary, MeanAndPopulationDeviation) {
+  FlankSummary summary;
+  for (const double measure : {2.0, 3.0, 5.0, 4.0}) summary.add(measure);
+  EXPECT_DOUBLE_EQ(summary.mean, 3.5);
+  EXPECT_NEAR(summary.standardDeviation(), 1.118034, 1e-6);
+}
+
+TEST(FirstFlankString, MarksFloatingFlanksWithoutAnchors) {
+  OneFlank flank(2, kPositiveOrientation, kNonCentered);
+  EXPECT_EQ(FirstFlankString(flank.design), "U");
+  flank.design.elements.ElementAnchor[ElementSlot(2)] = AnchorKind::anchored;
+  EXPECT_EQ(FirstFlankString(flank.design), " ");
+}
+
+}  // namespace
+}  // namespace flanks
