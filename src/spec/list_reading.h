@@ -15,7 +15,6 @@
 namespace flanks {
 
 constexpr std::string_view kSpecificationName = "Specification";  // in faults
-constexpr std::int64_t kNoLineNumber = -1;  // of a fault that belongs to no line
 
 // As much of a line as a message shows.
 std::string_view ShownPart(std::string_view line);
