@@ -61,7 +61,7 @@ std::vector<std::pair<std::regex, std::string>> CommonMasks() {
            {R"(\d{4}-\d{2}-\d{2})", "YYYY-MM-DD"},
            {R"(\b\d{1,2}:\d{2}(:\d{2})?\b)", "HH:MM:SS"},
            {R"(Analyzed in time of [ \d:]+)", "Analyzed in time of HH:MM:SS"},
-           {R"(>\.+<)", ">.<"},  // a dot more for each five seconds of a slow machine
+           {R"(>\.+)", ">."},  // a dot more for each five seconds of a slow machine
        })
     masks.emplace_back(pattern, text);
   return masks;
