@@ -1,0 +1,56 @@
+// A run that reads a Specification: the steps of spec/ on a text, with a recording shell.
+//
+//   SpecRun test;
+//   test.Read("Flanks=2\nTitle=Check\n", "Umean=50");
+//   EXPECT_EQ(test.analysis.settings.Title, "Check");
+#ifndef FLANKS_TESTS_SUPPORT_SPEC_RUN_H
+#define FLANKS_TESTS_SUPPORT_SPEC_RUN_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "run/analysis.h"
+#include "run/console.h"
+#include "run/process.h"
+#include "run/run.h"
+#include "spec/command_line.h"
+#include "spec/spec_context.h"
+#include "spec/specification_reader.h"
+#include "support/recording_shell.h"
+#include "support/scratch_folder.h"
+
+namespace flanks {
+
+struct SpecRun {
+  ScratchFolder folder;
+  Process process;
+  Analysis analysis;
+  RecordingShell shell{process.control};
+  RecordingDialogs dialogs;
+  Launcher launcher;
+  Console console{shell, dialogs, process.control, analysis.settings, analysis.report};
+  Run run{process, analysis, console, dialogs, launcher};
+
+  SpecContext context() { return SpecContextOf(analysis, process, console); }
+
+  // The steps in order, as long as none has a fault.
+  void Do(const std::vector<void (*)(Run&)>& steps) {
+    for (const auto step : steps)
+      if (!Halted(run)) step(run);
+  }
+
+  // Reads `text` as the file s.txt, behind the Extra specifications.
+  void Read(std::string_view text, std::string_view extras = "") {
+    process.commandLine = '"' + folder.write("s.txt", text) + "\" " + std::string(extras);
+    Do({ReadCommandLine, ApplyExtraSpecifications, ReadSpecification});
+  }
+
+  Fault fault() const { return analysis.reading.FaultCode; }
+  // The line that reports the pending fault.
+  std::string FaultText() const { return FaultLine(fault(), analysis.reading.fault); }
+};
+
+}  // namespace flanks
+
+#endif  // FLANKS_TESTS_SUPPORT_SPEC_RUN_H
