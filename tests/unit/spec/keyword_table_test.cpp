@@ -190,6 +190,14 @@ TEST(Duplicates, OneSettingUnderTwoNamesCountsOnce) {
   EXPECT_EQ(test.analysis.specification.IgnoredLines.size(), 1u);
 }
 
+TEST(Duplicates, EncodedAndSubstituteShareOneKeyword) {
+  SpecRun test;
+  test.Read("UTF8encoded=Y\nUTF8sub=?\n");
+  EXPECT_EQ(test.analysis.settings.UTF8enc, "Y");
+  EXPECT_EQ(test.analysis.settings.UTF8sub, ".");
+  EXPECT_EQ(test.analysis.specification.IgnoredLines.size(), 1u);
+}
+
 TEST(Duplicates, ScalesMayComeAnyNumberOfTimes) {
   SpecRun test;
   test.Read("Flanks=1\nRating scale=a,R3\n*\nRating scale=b,R4\n*\n");

@@ -101,10 +101,11 @@ TEST(NextSpecificationLine, CutsCommentsAndSkipsWhatIsEmpty) {
                                   "  ;; keep me \n"
                                   "Title=a ;; and me\n"
                                   "\n"
+                                  "Data=\"a;b\"\n"  // quotes do not protect
                                   "  Umean=5  \n");
-  EXPECT_THAT(reading.lines, ElementsAre("Flanks=2", "Title=a", "Umean=5"));
+  EXPECT_THAT(reading.lines, ElementsAre("Flanks=2", "Title=a", "Data=\"a", "Umean=5"));
   EXPECT_THAT(reading.comments, ElementsAre(";; keep me", "Title=a ;; and me"));
-  EXPECT_EQ(reading.lineNumber, 7);
+  EXPECT_EQ(reading.lineNumber, 8);
 }
 
 TEST(NextSpecificationLine, KeepsEmptyLinesForTheDataReader) {
