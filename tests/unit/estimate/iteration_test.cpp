@@ -100,8 +100,9 @@ TEST(Iterate, APerfectScoreIsMeasuredAndRecountedWithoutIt) {
 }
 
 TEST(Iterate, NewtonRaphsonReachesTheSameMeasures) {
-  const Loop secant("Convergence=.0001,.000001");
-  const Loop newton("Newton=.5\nConvergence=.0001,.000001");
+  // A score residual of .00001 leaves a measure .00003 off where the information is a third.
+  const Loop secant("Convergence=.00001,.0000001");
+  const Loop newton("Newton=.5\nConvergence=.00001,.0000001");
   for (ElementSlot e : Upward(secant.analysis.estimates.elements))
     EXPECT_NEAR(secant.analysis.estimates.elements[e].ElementMeasure,
                 newton.analysis.estimates.elements[e].ElementMeasure, 1e-4);
