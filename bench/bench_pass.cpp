@@ -6,6 +6,9 @@
 //   Floor      reading, decoding and adding as in the program's pass, with ten bare exponentials
 //              for each observation in place of its two kernel calls
 //
+// and the batch pass over data that is not of the usual kind, whose blocks are taken record by
+// record or have many scales.
+//
 // Before anything is timed the sums of Plain and Batch are compared: they must have the same bits.
 #include <benchmark/benchmark.h>
 #include <bit>
@@ -34,6 +37,16 @@ constexpr std::int32_t kRaters = 50;
 constexpr std::int32_t kItems = 20;
 
 enum class Order { byPerson, random };
+enum class Kind { usual, weighted, extreme, reversed, partialCredit, binomial, poisson };
+
+struct PassCase {
+  std::string name;
+  Order order = Order::byPerson;
+  int top = 4;
+  Kind kind = Kind::usual;
+
+  bool operator==(const PassCase&) const = default;
+};
 
 // Everything that a pass works on.
 struct Setup {
@@ -43,80 +56,96 @@ struct Setup {
   ScaleTables scales;
   Estimates estimates;
 
-  explicit Setup(Order order, int top);
-  PassParts parts() { return {design, structures, work, scales, estimates, false, nullptr}; }
+  explicit Setup(const PassCase& c);
+  PassParts parts() {
+    return {design, structures, work, scales, estimates, design.models.anyReversed, nullptr};
+  }
 
  private:
-  void MakeDesign();
-  void MakeScale(int top);
-  void MakeMeasures();
-  void WriteRecords(Order order, int top);
+  void MakeDesign(Kind kind);
+  void MakeScales(const PassCase& c);
+  void MakeMeasures(Kind kind);
+  void WriteRecords(const PassCase& c);
 };
 
-Setup::Setup(Order order, int top) : design(WorkFileDesign({kPersons, kRaters, kItems})) {
-  MakeDesign();
-  MakeScale(top);
-  MakeMeasures();
-  WriteRecords(order, top);
+Setup::Setup(const PassCase& c) : design(WorkFileDesign({kPersons, kRaters, kItems})) {
+  MakeDesign(c.kind);
+  MakeScales(c);
+  MakeMeasures(c.kind);
+  WriteRecords(c);
 }
 
-void Setup::MakeDesign() {
+void Setup::MakeDesign(Kind kind) {
   design.flanks.FlankOrientation.assign(3, kNegativeOrientation);
   design.flanks.FlankOrientation[FlankNo(1)] = kPositiveOrientation;
   design.elements.ElementWeight.assign(design.ElementTotal, 1.0f);
   design.models.references.assign(1, 3, {});
-  design.models.ModelWeight.assign(1, 1.0f);
+  design.models.ModelWeight.assign(1, kind == Kind::weighted ? 1.5f : 1.0f);
+  design.models.anyReversed = kind == Kind::reversed;
+  design.models.references.at(ModelRow(0), 2).reversed = kind == Kind::reversed;
 }
 
-void Setup::MakeScale(int top) {
-  structures.structureModel.assign(1, ModelRow(0));
-  structures.structureScale.assign(1, ScaleRow(0));
-  structures.structureCount.assign(1, kCategories, 0);
-  scales.width = top + 1;
-  scales.scaleType.assign(1, ScaleType::rating);
-  scales.ScaleTopCategory.assign(1, static_cast<std::int16_t>(top));
-  scales.orderedCategory.assign(1, scales.width, 0);
-  scales.ThresholdTable.assign(1, scales.width, 0.0f);
-  scales.CategoryFlag.assign(1, scales.width, kCategoryFree);
-  scales.ExpectedCount.assign(1, scales.width, 0.0);
-  scales.ObservedCount.assign(1, scales.width, 0.0);
-  scales.DiscriminationSums.assign(1, scales.width, 0.0);
-  for (int k = 0; k <= top; ++k) {
-    scales.orderedCategory.at(ScaleRow(0), k) = static_cast<std::int16_t>(k);
-    structures.structureCount.at(StructureRow(0), k) = 1;
-    if (k > 0)
-      scales.ThresholdTable.at(ScaleRow(0), k) =
-          Single(0.9 * k - 0.45 * static_cast<double>(top + 1));
+// One scale and structure for all, or one for each item.
+void Setup::MakeScales(const PassCase& c) {
+  const std::int32_t count = c.kind == Kind::partialCredit ? kItems : 1;
+  const ScaleType type = c.kind == Kind::binomial  ? ScaleType::binomial
+                         : c.kind == Kind::poisson ? ScaleType::poisson
+                                                   : ScaleType::rating;
+  structures.structureModel.assign(count, ModelRow(0));
+  structures.structureScale.assign(count, ScaleRow(0));
+  structures.structureCount.assign(count, kCategories, 0);
+  scales.width = c.top + 1;
+  scales.scaleType.assign(count, type);
+  scales.ScaleTopCategory.assign(count, static_cast<std::int16_t>(c.top));
+  scales.orderedCategory.assign(count, scales.width, 0);
+  scales.ThresholdTable.assign(count, scales.width, 0.0f);
+  scales.CategoryFlag.assign(count, scales.width, kCategoryFree);
+  scales.ExpectedCount.assign(count, scales.width, 0.0);
+  scales.ObservedCount.assign(count, scales.width, 0.0);
+  scales.DiscriminationSums.assign(count, scales.width, 0.0);
+  for (const ScaleRow s : Upward(scales.scaleType)) {
+    structures.structureScale[StructureRow(s.number())] = s;
+    scales.ThresholdTable.at(s, 0) = 0.95f;  // the discrimination of a count scale
+    for (int k = 0; k <= c.top; ++k) {
+      scales.orderedCategory.at(s, k) = static_cast<std::int16_t>(k);
+      structures.structureCount.at(StructureRow(s.number()), k) = 1;
+      if (k > 0)
+        scales.ThresholdTable.at(s, k) = Single(0.9 * k - 0.45 * static_cast<double>(c.top + 1));
+    }
   }
 }
 
-void Setup::MakeMeasures() {
+// One person in twenty has an extreme score where there are extremes: in every block some.
+void Setup::MakeMeasures(Kind kind) {
   std::mt19937 random(7);
   std::normal_distribution<double> normal(0.0, 1.2);
   estimates.elements.assign(design.ElementTotal, {});
-  for (ElementState& element : estimates.elements) {
+  for (const ElementSlot e : Upward(estimates.elements)) {
+    ElementState& element = estimates.elements[e];
     element.ElementMeasure = Single(normal(random));
-    element.ElementStatus = kStatusFree;
+    const bool extreme = kind == Kind::extreme && e.number() <= kPersons && e.number() % 20 == 0;
+    element.ElementStatus = extreme ? kStatusMaximum : kStatusFree;
   }
 }
 
-void Setup::WriteRecords(Order order, int top) {
+void Setup::WriteRecords(const PassCase& c) {
   OpenResponseFile(1, work);
   if (PrepareElementFile(design, Settings{}, 1, work) != Fault::none) std::abort();
   std::mt19937 random(11);
   Column<Position, std::int32_t> status(3, 0);
   const std::int64_t each = kObservations / kPersons;
   for (std::int64_t r = 0; r < kObservations; ++r) {
-    const auto person = order == Order::byPerson ? static_cast<std::uint32_t>(r / each)
-                                                 : static_cast<std::uint32_t>(random()) % kPersons;
+    const auto person = c.order == Order::byPerson
+                            ? static_cast<std::uint32_t>(r / each)
+                            : static_cast<std::uint32_t>(random()) % kPersons;
     const auto n = static_cast<std::int32_t>(r % each);
     status[Position(1)] = 1 + static_cast<std::int32_t>(person);
     status[Position(2)] = 1 + kPersons + (static_cast<std::int32_t>(person) + n / kItems) % kRaters;
     status[Position(3)] = 1 + kPersons + kRaters + n % kItems;
     WriteElementRecord(status, work);
-    WriteResponseRecord({StructureRow(0), 1.0f,
-                         static_cast<std::int16_t>(random() % (static_cast<unsigned>(top) + 1))},
-                        work);
+    const StructureRow structure(c.kind == Kind::partialCredit ? n % kItems : 0);
+    const auto category = random() % (static_cast<unsigned>(c.top) + 1);
+    WriteResponseRecord({structure, 1.0f, static_cast<std::int16_t>(category)}, work);
   }
   FlushElementRecords(work);
   FlushResponseRecords(work);
@@ -210,15 +239,13 @@ Sums SumsOf(const Setup& setup) {
   return sums;
 }
 
-Setup& SetupFor(Order order, int top) {
+Setup& SetupFor(const PassCase& c) {
   static std::unique_ptr<Setup> kept;
-  static Order keptOrder{};
-  static int keptTop = 0;
-  if (kept == nullptr || keptOrder != order || keptTop != top) {
+  static PassCase keptCase;
+  if (kept == nullptr || keptCase != c) {
     kept.reset();
-    kept = std::make_unique<Setup>(order, top);
-    keptOrder = order;
-    keptTop = top;
+    kept = std::make_unique<Setup>(c);
+    keptCase = c;
   }
   return *kept;
 }
@@ -227,8 +254,8 @@ void Finish(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * kObservations);
 }
 
-void Compare(benchmark::State& state, Order order, int top) {
-  Setup& setup = SetupFor(order, top);
+void Compare(benchmark::State& state, const PassCase& c) {
+  Setup& setup = SetupFor(c);
   Clear(setup);
   PlainPass(setup);
   const Sums plain = SumsOf(setup);
@@ -245,8 +272,8 @@ void Compare(benchmark::State& state, Order order, int top) {
   state.SetLabel("same bits in every sum");
 }
 
-void Plain(benchmark::State& state, Order order, int top) {
-  Setup& setup = SetupFor(order, top);
+void Plain(benchmark::State& state, const PassCase& c) {
+  Setup& setup = SetupFor(c);
   for (auto _ : state) {
     Clear(setup);
     PlainPass(setup);
@@ -254,8 +281,8 @@ void Plain(benchmark::State& state, Order order, int top) {
   Finish(state);
 }
 
-void Batch(benchmark::State& state, Order order, int top) {
-  Setup& setup = SetupFor(order, top);
+void Batch(benchmark::State& state, const PassCase& c) {
+  Setup& setup = SetupFor(c);
   ObservationReader reader(setup.parts());
   JmlePass pass(setup.parts());
   for (auto _ : state) {
@@ -265,10 +292,10 @@ void Batch(benchmark::State& state, Order order, int top) {
   Finish(state);
 }
 
-void Floor(benchmark::State& state, Order order, int top) {
-  Setup& setup = SetupFor(order, top);
+void Floor(benchmark::State& state, const PassCase& c) {
+  Setup& setup = SetupFor(c);
   ObservationReader reader(setup.parts());
-  std::vector<float> probability(2 * static_cast<std::size_t>(top + 1) * kKernelStride);
+  std::vector<float> probability(2 * static_cast<std::size_t>(c.top + 1) * kKernelStride);
   for (auto _ : state) {
     Clear(setup);
     FloorPass(setup, reader, probability);
@@ -276,8 +303,8 @@ void Floor(benchmark::State& state, Order order, int top) {
   Finish(state);
 }
 
-void ReadOnly(benchmark::State& state, Order order, int top) {
-  Setup& setup = SetupFor(order, top);
+void ReadOnly(benchmark::State& state, const PassCase& c) {
+  Setup& setup = SetupFor(c);
   ObservationReader reader(setup.parts());
   for (auto _ : state) {
     reader.Begin(Categories::notWanted);
@@ -286,29 +313,32 @@ void ReadOnly(benchmark::State& state, Order order, int top) {
   Finish(state);
 }
 
+using PassFunction = void (*)(benchmark::State&, const PassCase&);
+
+benchmark::internal::Benchmark* Register(const PassCase& c, const char* form,
+                                         PassFunction function) {
+  const std::string name = "Pass/" + c.name + "/" + form;
+  return benchmark::RegisterBenchmark(name.c_str(), function, c)->Unit(benchmark::kMillisecond);
+}
+
 const bool registered = [] {
-  struct Case {
-    const char* name;
-    Order order;
-    int top;
-  };
-  constexpr Case kCases[] = {{"5 categories, by person", Order::byPerson, 4},
-                             {"5 categories, random order", Order::random, 4},
-                             {"dichotomies, by person", Order::byPerson, 1}};
-  for (const Case& c : kCases) {
-    const auto name = [&](const char* form) { return "Pass/" + std::string(c.name) + "/" + form; };
-    const auto add = [&](const char* form, auto function) {
-      benchmark::RegisterBenchmark(name(form).c_str(), function, c.order, c.top)
-          ->Unit(benchmark::kMillisecond);
-    };
-    benchmark::RegisterBenchmark(name("Compare").c_str(), Compare, c.order, c.top)
-        ->Unit(benchmark::kMillisecond)
-        ->Iterations(1);
-    add("Plain", Plain);
-    add("Batch", Batch);
-    add("Floor", Floor);
-    add("ReadOnly", ReadOnly);
+  const PassCase kCompared[] = {{"5 categories, by person"},
+                                {"5 categories, random order", Order::random},
+                                {"dichotomies, by person", Order::byPerson, 1}};
+  for (const PassCase& c : kCompared) {
+    Register(c, "Compare", Compare)->Iterations(1);
+    Register(c, "Plain", Plain);
+    Register(c, "Batch", Batch);
+    Register(c, "Floor", Floor);
+    Register(c, "ReadOnly", ReadOnly);
   }
+  const PassCase kOthers[] = {{"weighted", Order::byPerson, 4, Kind::weighted},
+                              {"one person in 20 extreme", Order::byPerson, 4, Kind::extreme},
+                              {"reversed", Order::byPerson, 4, Kind::reversed},
+                              {"partial credit, 20 items", Order::byPerson, 4, Kind::partialCredit},
+                              {"binomial", Order::byPerson, 4, Kind::binomial},
+                              {"Poisson", Order::byPerson, 4, Kind::poisson}};
+  for (const PassCase& c : kOthers) Register(c, "Batch", Batch);
   return true;
 }();
 

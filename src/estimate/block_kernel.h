@@ -7,7 +7,7 @@
 //
 //   BlockKernel kernel(scaleCount);             // once: allocates
 //   kernel.Begin(scales, limit);                // at the head of each pass: looks up thresholds
-//   kernel.Arrange(block);                      // for each block
+//   kernel.Arrange(block, Lanes::byScale);      // for each block
 //   for (const LaneRun& run : kernel.runs()) ...   kernel.Evaluate(run) ...
 //
 // A Poisson scale reads probabilities that earlier calls left behind, so a run that has one takes
@@ -31,11 +31,19 @@
 
 namespace flanks {
 
-// Lanes first to first + count - 1, all on one scale.
+// Lanes first to first + count - 1, all on one scale; or mixed, on scales that differ in their
+// steps alone, in the order of their records (`scale` is then that of the first lane).
 struct LaneRun {
   ScaleRow scale;
   std::size_t first = 0;
   std::size_t count = 0;
+  bool mixed = false;
+};
+
+// How the lanes of a block may be put together.
+enum class Lanes : std::uint8_t {
+  byScale,    // each run on one scale
+  mayBeMixed  // where many scales leave few lanes to each, those of one shape make a run
 };
 
 class BlockKernel {
@@ -46,7 +54,7 @@ class BlockKernel {
   bool oneByOne() const { return oneByOne_; }
   const KernelScale& scale(ScaleRow row) const { return scales_[row.offset()]; }
 
-  void Arrange(const ObservationBlock& block);
+  void Arrange(const ObservationBlock& block, Lanes lanes = Lanes::byScale);
   std::span<const LaneRun> runs() const { return runs_; }
   std::size_t lanes() const { return lanes_; }
   // The entry of the block that a lane holds.
@@ -67,7 +75,11 @@ class BlockKernel {
 
  private:
   void ArrangeInRecordOrder(const ObservationBlock& block);
-  void ArrangeByScale(const ObservationBlock& block);
+  void ArrangeByGroups(const ObservationBlock& block, Lanes lanes);
+  void ArrangeByGroup(const ObservationBlock& block, const std::vector<std::int32_t>& groups);
+  std::size_t CountGroups(const ObservationBlock& block, const std::vector<std::int32_t>& groups);
+  void FillLaneSteps(const ObservationBlock& block);
+  void Call(const LaneRun& run, const float* measures, const KernelRows& rows);
   KernelRows RowsOf(const LaneRun& run, float* expected, float* variance);
 
   std::vector<KernelScale> scales_;
@@ -82,8 +94,11 @@ class BlockKernel {
   std::vector<float> laneMeasures_;
   std::vector<float> shifted_;
   std::vector<float> probability_;
-  std::vector<std::int32_t> laneOfScale_;    // by scale: where its next observation goes
-  std::vector<std::int32_t> scalesOfBlock_;  // in order of their first observation
+  // A group of lanes is a scale, or a shape: the scales that may stand in one mixed run.
+  std::vector<std::int32_t> scaleGroup_, shapeGroup_;  // by scale
+  std::vector<std::int32_t> laneOfGroup_;    // by group: where its next observation goes; -1: none
+  std::vector<std::int32_t> groupsOfBlock_;  // in order of their first observation
+  std::vector<double> laneSteps_;            // by category and lane, of mixed runs
 };
 
 // One observation through the shared array, which keeps count of what has been filled.

@@ -123,14 +123,18 @@ PassResult JmlePass::Run(ObservationReader& reader, float newtonStep) {
 }
 
 void JmlePass::Evaluate(const ObservationBlock& block) {
-  kernel_.Arrange(block);
+  kernel_.Arrange(block, Lanes::mayBeMixed);
   NoteRange();
   WeighLanes(block);
   if (kernel_.oneByOne()) return EvaluateOneByOne(block);
   for (const LaneRun& run : kernel_.runs()) {
     if (secantShift_ != 0.0f) kernel_.EvaluateScores(run, secantShift_, byLane_.shifted.data());
     kernel_.Evaluate(run, byLane_.expected.data(), byLane_.variance.data());
-    AddCounts(run);
+    if (run.mixed) {
+      AddMixedCounts(block, run);
+    } else {
+      AddCounts(run);
+    }
   }
 }
 
@@ -207,6 +211,19 @@ void JmlePass::AddRatingCounts(const LaneRun& run) {
     AddAllRows<true>(probability, run.count, weight, sums);
   } else {
     AddAllRows<false>(probability, run.count, weight, sums);
+  }
+}
+
+// Each lane to its own scale, all with the same top category.
+void JmlePass::AddMixedCounts(const ObservationBlock& block, const LaneRun& run) {
+  const auto top = static_cast<std::size_t>(parts_.scales.ScaleTopCategory[run.scale]);
+  if (top < 2) return;
+  for (std::size_t lane = 0; lane < run.count; ++lane) {
+    const std::size_t i = kernel_.entry(run.first + lane);
+    double* const sums = parts_.scales.ExpectedCount.row(ScaleRow(block.scale[i]));
+    const float* const probability = kernel_.probability(run, 0) + lane;
+    const double weight = weighted_ ? laneWeight_[run.first + lane] : 1.0;
+    for (std::size_t k = 0; k <= top; ++k) sums[k] += weight * probability[k * kKernelStride];
   }
 }
 

@@ -55,6 +55,7 @@ class JmlePass {
   void WeighLanes(const ObservationBlock& block);
   void AddCounts(const LaneRun& run);
   void AddRatingCounts(const LaneRun& run);
+  void AddMixedCounts(const ObservationBlock& block, const LaneRun& run);
   void AddCountTerms(const LaneRun& run);
   void AddOneCount(const LaneRun& run);
   const Results& ByEntry();

@@ -37,7 +37,11 @@ struct Strip {
   std::size_t count;
   const float* measures;
   KernelRows rows;
+  LaneSteps lanes;  // steps of its own for each observation; null: those of the scale
 
+  const double* steps(int k) const {
+    return lanes.steps + static_cast<std::size_t>(k) * lanes.stride;
+  }
   float* category(int k) const {
     return rows.probability + static_cast<std::size_t>(k) * rows.stride;
   }
@@ -46,19 +50,29 @@ struct Strip {
 // The functions from here to EvaluateBatch are one body, inlined into a function for each vector
 // width.  Their loops run over the observations of a strip and hold nothing but arithmetic.
 
+// The probability of the upper one of two categories; `t` is the threshold less the measure.
+[[gnu::always_inline]] inline float UpperProbability(float t, float limit) {
+  return Single(1.0 / (static_cast<double>(Exponential(t < limit ? t : limit)) + 1.0));
+}
+
 [[gnu::always_inline]] inline void DichotomyStrip(const KernelScale& scale, const Strip& strip) {
-  const double threshold = scale.step[1];
   const float limit = scale.exponentLimit;
   const float* __restrict measures = strip.measures;
   float* __restrict expected = strip.rows.expected;
   float* __restrict zero = strip.category(0);
   float* __restrict one = strip.category(1);
+  if (strip.lanes.steps == nullptr) {
+    const double threshold = scale.step[1];
+    for (std::size_t i = 0; i < strip.count; ++i)
+      expected[i] = UpperProbability(Single(threshold - measures[i]), limit);
+  } else {
+    const double* __restrict thresholds = strip.steps(1);
+    for (std::size_t i = 0; i < strip.count; ++i)
+      expected[i] = UpperProbability(Single(thresholds[i] - measures[i]), limit);
+  }
   for (std::size_t i = 0; i < strip.count; ++i) {
-    const float t = Single(threshold - measures[i]);
-    const float p = Single(1.0 / (static_cast<double>(Exponential(t < limit ? t : limit)) + 1.0));
-    expected[i] = p;
-    one[i] = p;
-    zero[i] = Single(1.0 - static_cast<double>(p));
+    one[i] = expected[i];
+    zero[i] = Single(1.0 - static_cast<double>(expected[i]));
   }
   if (strip.rows.variance == nullptr) return;
   float* __restrict variance = strip.rows.variance;
@@ -82,10 +96,15 @@ struct Strip {
       for (std::size_t i = 0; i < strip.count; ++i) work.run[i] += work.measure[i];
       continue;
     }
-    const double step = scale.step[static_cast<std::size_t>(k)];
+    if (strip.lanes.steps == nullptr) {
+      const double step = scale.step[static_cast<std::size_t>(k)];
+      for (std::size_t i = 0; i < strip.count; ++i) work.run[i] += work.measure[i] - step;
+    } else {
+      const double* __restrict steps = strip.steps(k);
+      for (std::size_t i = 0; i < strip.count; ++i) work.run[i] += work.measure[i] - steps[i];
+    }
     float* __restrict exponent = strip.category(k);
     for (std::size_t i = 0; i < strip.count; ++i) {
-      work.run[i] += work.measure[i] - step;
       exponent[i] = Single(work.run[i]);
       work.top[i] = work.top[i] < exponent[i] ? exponent[i] : work.top[i];
     }
@@ -215,15 +234,22 @@ struct Strip {
   FillVariance(strip, work);
 }
 
-[[gnu::always_inline]] inline void EvaluateBatch(const KernelScale& scale,
-                                                 std::span<const float> measures,
-                                                 const KernelRows& rows) {
+// What is evaluated at a call, beside the scale.
+struct Batch {
+  std::span<const float> measures;
+  KernelRows rows;
+  LaneSteps lanes;
+};
+
+[[gnu::always_inline]] inline void EvaluateBatch(const KernelScale& scale, const Batch& batch) {
   StripWork work;
-  for (std::size_t first = 0; first < measures.size(); first += kStrip) {
-    Strip strip{std::min(kStrip, measures.size() - first), measures.data() + first, rows};
+  for (std::size_t first = 0; first < batch.measures.size(); first += kStrip) {
+    Strip strip{std::min(kStrip, batch.measures.size() - first), batch.measures.data() + first,
+                batch.rows, batch.lanes};
     strip.rows.expected += first;
     strip.rows.probability += first;
-    if (rows.variance != nullptr) strip.rows.variance += first;
+    if (strip.rows.variance != nullptr) strip.rows.variance += first;
+    if (strip.lanes.steps != nullptr) strip.lanes.steps += first;
     if (scale.top < 2) {
       DichotomyStrip(scale, strip);
     } else {
@@ -232,20 +258,34 @@ struct Strip {
   }
 }
 
-void EvaluateNarrow(const KernelScale& scale, std::span<const float> measures,
-                    const KernelRows& rows) {
-  EvaluateBatch(scale, measures, rows);
+void EvaluateNarrow(const KernelScale& scale, const Batch& batch) {
+  EvaluateBatch(scale, batch);
 }
 #if defined(__x86_64__)
-[[gnu::target("avx2")]] void EvaluateAvx2(const KernelScale& scale, std::span<const float> measures,
-                                          const KernelRows& rows) {
-  EvaluateBatch(scale, measures, rows);
+[[gnu::target("avx2")]] void EvaluateAvx2(const KernelScale& scale, const Batch& batch) {
+  EvaluateBatch(scale, batch);
 }
 [[gnu::target("avx512f,avx512dq,avx512bw,avx512vl,prefer-vector-width=512")]] void EvaluateAvx512(
-    const KernelScale& scale, std::span<const float> measures, const KernelRows& rows) {
-  EvaluateBatch(scale, measures, rows);
+    const KernelScale& scale, const Batch& batch) {
+  EvaluateBatch(scale, batch);
 }
 #endif
+
+void Evaluate(const KernelScale& scale, const Batch& batch, VectorWidth width) {
+#if defined(__x86_64__)
+  switch (width) {
+    case VectorWidth::avx512:
+      return EvaluateAvx512(scale, batch);
+    case VectorWidth::avx2:
+      return EvaluateAvx2(scale, batch);
+    case VectorWidth::narrow:
+      break;
+  }
+#else
+  static_cast<void>(width);
+#endif
+  EvaluateNarrow(scale, batch);
+}
 
 // c ln(k / (m - k + 1)) or c ln(k) for the categories 1 to n.
 void FillDiscriminatedSteps(double discrimination, KernelScale& scale) {
@@ -286,19 +326,14 @@ void SetUpKernelScale(ScaleType type, int top, std::span<const float> thresholds
 
 void CategoryProbabilities(const KernelScale& scale, std::span<const float> measures,
                            const KernelRows& rows, VectorWidth width) {
-#if defined(__x86_64__)
-  switch (width) {
-    case VectorWidth::avx512:
-      return EvaluateAvx512(scale, measures, rows);
-    case VectorWidth::avx2:
-      return EvaluateAvx2(scale, measures, rows);
-    case VectorWidth::narrow:
-      break;
-  }
-#else
-  static_cast<void>(width);
-#endif
-  EvaluateNarrow(scale, measures, rows);
+  Evaluate(scale, {measures, rows, {}}, width);
+}
+
+void CategoryProbabilities(const KernelScale& scale, const LaneSteps& steps,
+                           std::span<const float> measures, const KernelRows& rows,
+                           VectorWidth width) {
+  assert(scale.type == ScaleType::rating || scale.top < 2);
+  Evaluate(scale, {measures, rows, steps}, width);
 }
 
 KernelResult CategoryProbabilities(const KernelScale& scale, float measure,

@@ -69,11 +69,23 @@ struct KernelRows {
   std::size_t stride = 0;  // from one row of `probability` to the next
 };
 
+// Steps of each observation's own scale, where scales differ in nothing else: all of type rating or
+// with two categories, with the same top category and none skipped.
+struct LaneSteps {
+  const double* steps = nullptr;  // steps[k * stride + i] for category k of observation i
+  std::size_t stride = 0;
+};
+
 // Fills `rows` for observations on one scale.
 // Kept: a Poisson scale's variance reads entries beyond those that this call filled: whatever
 // earlier calls left in them (docs/quirks.md).
 void CategoryProbabilities(const KernelScale& scale, std::span<const float> measures,
                            const KernelRows& rows, VectorWidth width = ChosenVectorWidth());
+
+// The same for observations on scales that differ in their steps alone; `scale` is any of them.
+void CategoryProbabilities(const KernelScale& scale, const LaneSteps& steps,
+                           std::span<const float> measures, const KernelRows& rows,
+                           VectorWidth width = ChosenVectorWidth());
 
 // What one observation gets, beside the probabilities.
 struct KernelResult {

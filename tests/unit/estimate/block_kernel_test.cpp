@@ -93,6 +93,48 @@ TEST_F(BlockKernelTest, EvaluatesEachLaneOnItsScale) {
   }
 }
 
+TEST_F(BlockKernelTest, MixesScalesOfOneShapeWhenEachHasFewLanes) {
+  d.Flank(4, kPositiveOrientation);
+  const int statement = d.Statement({});
+  for (int s = 0; s < 6; ++s) {
+    const float at = .3f * static_cast<float>(s);
+    d.Structure(statement, d.Rating({at - 1.0f, at}));  // scales 0 to 5: top category 2
+  }
+  d.Structure(statement, d.Rating({.5f}));                            // 6
+  d.Structure(statement, d.CountScale(ScaleType::binomial, 1, .5f));  // 7: a dichotomy as well
+  d.Structure(statement, d.Rating({-1.0f, 5.0f, 1.0f}));              // 8: one is skipped
+  d.Structure(statement, d.CountScale(ScaleType::binomial, 2, .5f));  // 9
+  d.Build();
+  d.scales.CategoryFlag.at(ScaleRow(8), 2) = kCategorySkipped;
+  d.SetMeasures({-1.0f, -.25f, .5f, 1.25f});
+  for (int r = 0; r < 60; ++r) d.Observe({1 + r % 4}, r % 10, r % 2);
+  Read();
+  EXPECT_EQ(kernel->runs().size(), 10U) << "by scale unless it may be mixed";
+  kernel->Arrange(reader->block(), Lanes::mayBeMixed);
+  ASSERT_EQ(kernel->runs().size(), 4U);
+  std::vector<float> expected(kKernelBlock), variance(kKernelBlock);
+  std::vector<std::size_t> counts;
+  for (const LaneRun& run : kernel->runs()) {
+    counts.push_back(run.count);
+    EXPECT_EQ(run.mixed, run.scale < ScaleRow(8));
+    kernel->Evaluate(run, expected.data(), variance.data());
+    for (std::size_t lane = run.first; lane < run.first + run.count; ++lane) {
+      ProbabilityArray p{};
+      const ScaleRow own(reader->block().scale[kernel->entry(lane)]);
+      const KernelResult one =
+          CategoryProbabilities(kernel->scale(own), kernel->measures()[lane], p);
+      EXPECT_EQ(expected[lane], one.expected);
+      EXPECT_EQ(variance[lane], one.variance);
+      for (int k = 0; k <= kernel->scale(own).top; ++k)
+        EXPECT_EQ(kernel->probability(run, k)[lane - run.first], p[static_cast<std::size_t>(k)]);
+      if (lane > run.first) {
+        EXPECT_GT(kernel->entry(lane), kernel->entry(lane - 1)) << "in record order";
+      }
+    }
+  }
+  EXPECT_EQ(counts, (std::vector<std::size_t>{36, 12, 6, 6}));
+}
+
 TEST_F(BlockKernelTest, TakesRecordsOneByOneWhenAScaleIsPoisson) {
   Design(ScaleType::poisson);
   for (int r = 0; r < 50; ++r) d.Observe({1 + r % 4}, r % 3, 1);

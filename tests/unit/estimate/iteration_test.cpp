@@ -2,7 +2,6 @@
 #include "estimate/iteration.h"
 
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "support/analysis_run.h"
@@ -88,8 +87,9 @@ TEST(Iterate, WithNothingButExtremesItIsAFault) {
 }
 
 TEST(Iterate, APerfectScoreIsMeasuredAndRecountedWithoutIt) {
-  const Loop loop("", "1,1-4,0,0,1,0\n2,1-4,1,0,1,0\n3,1-4,1,1,1,0\n4,1-4,2,1,1,0\n"
-                      "5,1-4,2,1,2,1\n6,1-4,2,2,2,2\n");
+  const Loop loop("",
+                  "1,1-4,0,0,1,0\n2,1-4,1,0,1,0\n3,1-4,1,1,1,0\n4,1-4,2,1,1,0\n"
+                  "5,1-4,2,1,2,1\n6,1-4,2,2,2,2\n");
   EXPECT_EQ(loop.exitCode, 0) << loop.Screen();
   EXPECT_NE(loop.Report().find("Recount required"), std::string::npos);
   EXPECT_NE(loop.Report().find("Maximum"), std::string::npos);

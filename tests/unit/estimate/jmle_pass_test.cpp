@@ -198,7 +198,7 @@ void PassBits::MakeDesign(PassDesign& d, Poisson poisson) {
   for (int f = 0; f < flanks; ++f)
     d.Flank(Whole(2, 300), Once(2) ? kPositiveOrientation : kNegativeOrientation);
   if (Once(3)) d.Repeat(1);
-  const int structures = Whole(1, 4);
+  const int structures = Once(3) ? 70 : Whole(1, 4);  // 70: few observations of a block to each
   for (int s = 0; s < structures; ++s) {
     std::vector<std::string> marks;
     for (int p = 0; p <= flanks; ++p)
