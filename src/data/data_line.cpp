@@ -1,6 +1,8 @@
 #include "data/data_line.h"
 
+#include <array>
 #include <cfloat>
+#include <cstdint>
 
 #include "base/single.h"
 #include "base/text.h"
@@ -13,19 +15,21 @@ constexpr bool IsQuote(char c) {
 }
 
 // What a line holds, found in one look.
-struct LineMarks {
-  bool comma = false;  // or "="
-  bool tab = false;
-  bool quote = false;
-};
+enum Mark : unsigned { kComma = 1, kEquals = 2, kTab = 4, kQuote = 8 };
 
-LineMarks MarksOf(std::string_view line) {
-  LineMarks marks;
-  for (const char c : line) {
-    marks.comma |= c == ',' || c == '=';
-    marks.tab |= c == '\t';
-    marks.quote |= IsQuote(c);
-  }
+constexpr std::array<std::uint8_t, 256> MakeMarks() {
+  std::array<std::uint8_t, 256> marks{};
+  marks[','] = kComma;
+  marks['='] = kEquals;
+  marks['\t'] = kTab;
+  marks['"'] = marks['\''] = kQuote;
+  return marks;
+}
+constexpr std::array<std::uint8_t, 256> kMarks = MakeMarks();
+
+unsigned MarksIn(std::string_view line) {
+  unsigned marks = 0;
+  for (const char c : line) marks |= kMarks[static_cast<unsigned char>(c)];
   return marks;
 }
 
@@ -68,23 +72,23 @@ class ItemTaker {
   bool first_ = true;
 };
 
-// Splits out.text at commas.
+// Splits the text at commas.
 bool SplitAtCommas(ItemTaker& taker, const std::string& text) {
-  std::size_t start = 0;
-  while (true) {
-    std::size_t end = text.find(',', start);
-    const bool last = end == std::string::npos;
-    if (last) end = text.size();
+  const char* const data = text.data();
+  const std::size_t size = text.size();
+  for (std::size_t start = 0;; ++start) {
+    std::size_t end = start;
+    while (end < size && data[end] != ',') ++end;
     std::size_t left = start, right = end;
-    while (left < right && text[left] == ' ') ++left;
-    while (right > left && text[right - 1] == ' ') --right;
+    while (left < right && data[left] == ' ') ++left;
+    while (right > left && data[right - 1] == ' ') --right;
     if (!taker.Take(left, right)) return false;
-    if (last) return true;
-    start = end + 1;
+    if (end == size) return true;
+    start = end;
   }
 }
 
-// Splits out.text at blanks; a text between two quote marks of a kind is one item.
+// Splits the text at blanks; a text between two quote marks of a kind is one item.
 bool SplitAtBlanks(ItemTaker& taker, const std::string& text) {
   const std::size_t size = text.size();
   std::size_t at = 0;
@@ -141,24 +145,20 @@ Fault SplitDataLine(std::string_view line, const SplitRules& rules, DataLine& ou
   out.replicationField = {};
   out.Replication = 1.0f;
   if (out.text.empty()) return Fault::none;
-  const LineMarks marks = MarksOf(out.text);
-  ItemTaker taker(rules, out);
   if (out.text.front() == '*') {
     out.Fields.emplace_back(out.text.data(), 1);
     return Fault::none;
   }
+  const unsigned marks = MarksIn(out.text);
+  const bool commas = marks & (kComma | kEquals);
+  if (marks & kEquals) ReplaceCharacter(out.text, '=', ',');
+  if (marks & kTab) ReplaceCharacter(out.text, '\t', commas ? ' ' : ',');
+  ItemTaker taker(rules, out);
   bool room = true;
-  if (marks.comma || marks.tab) {
-    if (marks.comma) {
-      ReplaceCharacter(out.text, '=', ',');
-      ReplaceCharacter(out.text, '\t', ' ');
-    } else {
-      ReplaceCharacter(out.text, '\t', ',');
-    }
-    if (marks.quote) {
-      ReplaceCharacter(out.text, '"', ' ');
-      ReplaceCharacter(out.text, '\'', ' ');
-    }
+  if (commas || marks & kTab) {
+    if (marks & kQuote)
+      for (char& c : out.text)
+        if (IsQuote(c)) c = ' ';
     room = SplitAtCommas(taker, out.text);
   } else {
     room = SplitAtBlanks(taker, out.text);

@@ -31,6 +31,24 @@ inline bool TakeDigits(const char*& at, const char* end, std::ptrdiff_t most,
   return at != start;
 }
 
+// Bytes that a line with commas holds as they are: no separators, nothing that is replaced.
+constexpr std::array<bool, 256> MakePlainBytes() {
+  std::array<bool, 256> plain{};
+  for (std::size_t code = ' '; code < plain.size(); ++code) plain[code] = true;
+  for (const char c : {',', '=', '"', '\'', '_'}) plain[static_cast<unsigned char>(c)] = false;
+  return plain;
+}
+constexpr std::array<bool, 256> kPlainBytes = MakePlainBytes();
+
+// Reads plain bytes to the next comma or the end; false when there is anything else, or nothing, or
+// blanks to be trimmed.
+inline bool TakePlainText(const char*& at, const char* end, std::string_view& field) {
+  const char* const start = at;
+  while (at != end && kPlainBytes[static_cast<unsigned char>(*at)]) ++at;
+  field = std::string_view(start, static_cast<std::size_t>(at - start));
+  return !field.empty() && field.front() != ' ' && field.back() != ' ' && (at == end || *at == ',');
+}
+
 SplitRules RulesOf(const Design& design, const Settings& settings) {
   SplitRules rules;
   rules.DataFlankCount = design.DataFlankCount;
@@ -75,8 +93,7 @@ DataPass::DataPass(const DataPassParts& parts, SpecificationSource& source, Plai
   for (int number = 0; number < kCategories; ++number)
     missingNumber_[static_cast<std::size_t>(number)] =
         IsListed(parts_.settings.Missing, std::to_string(number));
-  shortCut_ = plainLines == PlainLines::shortCut && resolver_.ReadsPlainNumbers() &&
-              !IsDigit(rules_.Replication.front());
+  shortCut_ = plainLines == PlainLines::shortCut && resolver_.ReadsPlainFields();
 }
 
 void DataPass::ReadLines() {
@@ -113,7 +130,8 @@ void DataPass::Finish() {
 bool DataPass::ReadPlainLine(std::string_view text) {
   const char* at = text.data();
   const char* const end = at + text.size();
-  if (!TakePlainElements(at, end) || !TakePlainResponses(at, end)) return false;
+  if (BeginsWithNoField(text) || !TakePlainElements(at, end) || !TakePlainResponses(at, end))
+    return false;
   const StatementSearch search = FindStatement(parts_.design, elements_);
   if (search.fate != ResponseFate::valid) return false;
   for (std::int16_t& response : plainResponses_) {
@@ -130,14 +148,29 @@ bool DataPass::ReadPlainLine(std::string_view text) {
   return true;
 }
 
+// Whether the first item is no field: the end of the data, or a replication.
+bool DataPass::BeginsWithNoField(std::string_view text) const {
+  if (text.empty() || text.front() == '*') return true;
+  float replication;
+  return UpperCase(text.front()) == rules_.Replication.front() &&
+         ReadReplication(text.substr(0, text.find(',')), rules_.Replication, replication);
+}
+
 bool DataPass::TakePlainElements(const char*& at, const char* end) {
   elements_.rangePosition = Position();
-  std::uint32_t number = 0;
-  for (int p = 1; p <= rules_.DataFlankCount; ++p) {
-    if (!TakeDigits(at, end, kDigitsOfElement, number) || at == end || *at != ',') return false;
-    ++at;
-    if (!resolver_.TakePlainNumber(DataPosition(p), static_cast<std::int32_t>(number), elements_))
-      return false;
+  for (DataPosition p(1); p.number() <= rules_.DataFlankCount; ++p, ++at) {
+    const ElementResolver::PlainField kind = resolver_.plainField(p);
+    if (kind == ElementResolver::PlainField::digits) {
+      std::uint32_t number = 0;
+      if (!TakeDigits(at, end, kDigitsOfElement, number) || at == end || *at != ',') return false;
+      if (!resolver_.TakePlainNumber(p, static_cast<std::int32_t>(number), elements_)) return false;
+    } else {
+      std::string_view field;
+      if (!TakePlainText(at, end, field) || at == end) return false;
+      if (kind == ElementResolver::PlainField::label &&
+          !resolver_.TakePlainLabel(p, field, elements_))
+        return false;
+    }
   }
   return true;
 }
@@ -168,6 +201,7 @@ bool DataPass::ReadLine(std::string_view text) {
     if (querying()) messages_.QueryBlank();
     return true;
   }
+  // Kept: in a data file too (docs/quirks.md).
   if (line_.FieldCount() == 1 && line_.Field(1) == "*") return false;
   if (line_.FieldCount() < parts_.design.FirstResponseField())
     return Fail({Fault::tooFewDataFields, 0, {}});
@@ -181,6 +215,7 @@ bool DataPass::ReadLine(std::string_view text) {
   if (problem.fault != Fault::none) return Fail(problem);
   const int fieldCount = FieldsInUse();
   if (first) messages_.ShowProcessed(line_, elements_);
+  // Kept: only now, when the elements have been looked up (docs/quirks.md).
   if (line_.Replication > 0.0f) {
     ReadResponses(fieldCount);
   } else {
@@ -266,6 +301,7 @@ ResponseFate DataPass::MatchResponse(std::string_view text) {
   searched_ = true;
   ScoredResponse scored{search_.fate, 0, {}};
   if (search_.fate == ResponseFate::valid) {
+    // Kept: before the response is looked at (docs/quirks.md).
     ++parts_.counts.ModelCounter[search_.model];
     scored = ScoreResponse(parts_.design, search_.model, text);
     if (scored.fate == ResponseFate::valid) WriteRecords(search_.model, scored.category);
@@ -308,6 +344,7 @@ bool NeedsImporter(const std::string& name) {
 }
 
 void RefuseImport(Run& run, const std::string& name) {
+  // Kept: the words name the importer of another system (docs/quirks.md).
   run.console.WarnLine("F63 Module flankinput.exe not found. Flanks is not installed correctly.");
   SetFault(run.analysis.reading, Fault::requiredFileNotFound, TextAtFault(InQuotes(name)));
 }

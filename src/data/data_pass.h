@@ -7,10 +7,10 @@
 // What goes wrong is counted for Table 2 with the line of its first event; a few messages tell the
 // first of a kind on the screen.  Nothing of a line is kept, so memory does not grow with the data.
 //
-// Nearly all lines of a large file are digits and commas, have all their elements in the tables and
-// only valid responses.  They take a short cut that reads the digits where they stand.  It does
-// nothing before it knows that the line is of that kind, and leaves all others to the general
-// procedure: both give the same, and a property test compares them.
+// Nearly all lines of a large file are numbers or labels between commas, have all their elements in
+// the tables and only valid responses.  They take a short cut that reads the fields where they
+// stand.  It does nothing before it knows that the line is of that kind, and leaves all others to
+// the general procedure: both give the same, and a property test compares them.
 //
 // Tested by tests/unit/data/data_pass_test.cpp, tests/properties/data_pass_test.cpp and
 // tests/damage/data_pass_test.cpp; measured by bench/bench_read.cpp.
@@ -67,6 +67,7 @@ class DataPass {
  private:
   bool TickOver();
   bool ReadPlainLine(std::string_view text);
+  bool BeginsWithNoField(std::string_view text) const;
   bool TakePlainElements(const char*& at, const char* end);
   bool TakePlainResponses(const char* at, const char* end);
   bool ReadLine(std::string_view text);

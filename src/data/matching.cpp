@@ -68,6 +68,7 @@ StatementSearch SearchWithGaps(const Design& design, const LineElements& element
       const bool none = HoldsNoElement(design, model, elements);
       return {none ? ResponseFate::unspecified : ResponseFate::valid, model};
     }
+    // Kept: a later statement may ignore the position (docs/quirks.md).
     if (fit == StatementFit::decidesUnspecified) return {ResponseFate::unspecified, ModelRow()};
     if (fit == StatementFit::needsNumber) result.fate = ResponseFate::unspecified;
   }
@@ -104,6 +105,7 @@ ScoredResponse ScoreResponse(const Design& design, ModelRow model, std::string_v
       text = item->category;
     }
   }
+  // Kept: a sign anywhere (docs/quirks.md).
   if (text.find_first_of("-_") != std::string_view::npos) {
     result.fate = ResponseFate::negative;
     return result;

@@ -9,9 +9,6 @@
 namespace flanks {
 namespace {
 
-// As long as an element number can be.
-constexpr std::string_view kLongNumber = "0123456789";
-
 // The letters of FlankDelements: the one tried first, and the fall-back or ".".
 bool LabelsFirst(std::string_view letters) {
   return letters.starts_with('L');
@@ -34,7 +31,7 @@ ElementResolver::ElementResolver(const Design& design, std::int64_t nullElement,
       plans_(design.DataFlankCount),
       dvalueTexts_(design.DataFlankCount),
       resolved_(design.DataFlankCount),
-      plainNumbers_(rules.dvalues.empty()) {
+      plainFields_(rules.dvalues.empty()) {
   for (const DataPosition p : Upward(plans_)) MakePlan(p);
 }
 
@@ -44,7 +41,10 @@ void ElementResolver::MakePlan(DataPosition position) {
   plan.active = design_.maps.ActiveMap[position];
   plan.inUse = plan.flank.number() > 0 && plan.active.number() > 0 &&
                design_.maps.DataPositionActive[position] != 0;
-  if (plan.flank.number() <= 0) return;
+  if (plan.flank.number() <= 0) {
+    plan.plainField = PlainField::ignored;
+    return;
+  }
   const std::string& letters = design_.flanks.FlankDelements[plan.flank];
   if (LabelsFirst(letters))
     plan.identifier = letters == "LN" ? Identifier::labelThenNumber : Identifier::label;
@@ -57,8 +57,10 @@ void ElementResolver::MakePlan(DataPosition position) {
   plan.emptyFlank = count == 0;
   plan.gapFree = count > 0 && std::int64_t{plan.high} - plan.low + 1 == count;
   if (!plan.inUse) return;
-  const bool wholeField = CutIdentifier(design_.flanks, plan.flank, kLongNumber) == kLongNumber;
-  plainNumbers_ = plainNumbers_ && wholeField && !LabelsFirst(letters);
+  if (LabelsFirst(letters)) plan.plainField = PlainField::label;
+  plan.cut = design_.flanks.identifierStart[plan.flank] != 0 ||
+             design_.flanks.identifierWidth[plan.flank] != 0;
+  plainFields_ = plainFields_ && !plan.cut;
 }
 
 LineProblem ElementResolver::ResolveElements(DataLine& line, std::int64_t lineNumber,
@@ -97,9 +99,10 @@ bool ElementResolver::TakeDvalue(const DvalueEntry& entry, DataLine& line, std::
   const DataPosition position(entry.position);
   std::string& text = dvalueTexts_[position];
   if (entry.fromPosition == 0) {
-    if (entry.text == "$L")
+    const std::string upper = UpperCase(entry.text);
+    if (upper == "$L")
       text = std::to_string(lineNumber);
-    else if (entry.text == "$C")
+    else if (upper == "$C")
       text = counts_.DataLines.text();
     else
       text = entry.text;
@@ -141,7 +144,7 @@ LineProblem ElementResolver::ResolvePosition(DataPosition position, std::string_
       plan.identifier == Identifier::number || plan.identifier == Identifier::numberThenLabel;
   FoundIdentifier found;
   const std::string_view text =
-      plan.inUse ? Trim(CutIdentifier(design_.flanks, plan.flank, field)) : field;
+      plan.cut ? Trim(CutIdentifier(design_.flanks, plan.flank, field)) : field;
   if (numbersFirst && !text.empty()) {
     const WholeNumber number = ParseElementNumber(text);
     if (number.fault != NumberFault::none) {
@@ -182,23 +185,20 @@ LineProblem ElementResolver::ResolveRange(DataPosition position, std::int32_t lo
 FoundIdentifier ElementResolver::ByNumber(const PositionPlan& plan, std::int32_t number,
                                           std::string_view text) {
   if (number == nullElement_) {
-    // Listed with a note: a user who labelled this number wonders where its data went.
+    // Kept: listed, with a note for the user who gave it a label (docs/quirks.md).
     unspecified_.AddNumber(plan.flank, number, text);
     return {};
   }
   if (const std::int32_t slot = SlotOfNumber(plan, number); slot > 0) return {number, slot};
-  if (plan.identifier == Identifier::numberThenLabel && !plan.emptyFlank)
-    if (const ElementSlot slot = labels_.FindElementByLabel(text, plan.flank); slot.number() > 0)
-      return {design_.elements.ElementNumber[slot], slot.number()};
+  if (plan.identifier == Identifier::numberThenLabel)
+    if (const std::int32_t slot = SlotOfLabel(plan, text); slot > 0)
+      return {design_.elements.ElementNumber[ElementSlot(slot)], slot};
   return Unspecified(plan, number, text);
 }
 
 FoundIdentifier ElementResolver::ByLabel(const PositionPlan& plan, std::string_view text) {
-  if (!plan.emptyFlank) {
-    counts_.flankLookedUp[plan.flank] = 1;
-    if (const ElementSlot slot = labels_.FindElementByLabel(text, plan.flank); slot.number() > 0)
-      return {design_.elements.ElementNumber[slot], slot.number()};
-  }
+  if (const std::int32_t slot = SlotOfLabel(plan, text); slot > 0)
+    return {design_.elements.ElementNumber[ElementSlot(slot)], slot};
   if (text == design_.flanks.FlankNullLabel[plan.flank]) return {};
   if (plan.identifier == Identifier::labelThenNumber) {
     const WholeNumber number = ParseElementNumber(text);

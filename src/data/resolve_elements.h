@@ -57,18 +57,26 @@ class ElementResolver {
   [[nodiscard]] LineProblem ResolveElements(DataLine& line, std::int64_t lineNumber,
                                             LineElements& elements);
 
-  // Whether a field of digits can be taken by TakePlainNumber in this run.
-  bool ReadsPlainNumbers() const { return plainNumbers_; }
-  // Sets the position from a field that is digits; false when ResolveElements has to look closely.
+  // How the short cut of the data pass may take a position's field: digits that are an element
+  // number, a label, or anything because nobody looks at it.
+  enum class PlainField : std::uint8_t { digits, label, ignored };
+
+  // Whether the fields of this run's lines can be taken by the three procedures below.
+  bool ReadsPlainFields() const { return plainFields_; }
+  PlainField plainField(DataPosition position) const { return plans_[position].plainField; }
+
+  // Each sets the position and is false when ResolveElements has to look closely.
   bool TakePlainNumber(DataPosition position, std::int32_t number, LineElements& elements) {
     const PositionPlan& plan = plans_[position];
     if (!plan.inUse) return TakeNothing(plan, elements);
     if (number == nullElement_) return false;
-    const std::int32_t slot = SlotOfNumber(plan, number);
-    if (slot <= 0) return false;
-    elements.PositionElement[plan.active] = number;
-    elements.PositionStatus[plan.active] = slot;
-    return true;
+    return TakeSlot(plan, SlotOfNumber(plan, number), number, elements);
+  }
+  bool TakePlainLabel(DataPosition position, std::string_view label, LineElements& elements) {
+    const PositionPlan& plan = plans_[position];
+    const std::int32_t slot = SlotOfLabel(plan, label);
+    return slot > 0 &&
+           TakeSlot(plan, slot, design_.elements.ElementNumber[ElementSlot(slot)], elements);
   }
 
   // The first unspecified element, once.
@@ -84,6 +92,8 @@ class ElementResolver {
     Position active;  // no row: it is not active
     bool inUse = false;
     Identifier identifier = Identifier::number;
+    PlainField plainField = PlainField::digits;
+    bool cut = false;  // the identifier is a piece of the field
     bool emptyFlank = false;
     bool gapFree = false;  // the slot is the first slot plus the number less `low`
     std::int32_t low = 0, high = -1, firstSlot = 0;
@@ -109,6 +119,18 @@ class ElementResolver {
     if (plan.gapFree) return plan.firstSlot + (number - plan.low);
     return finder_.FindElementSlot(number, plan.flank).slot.number();
   }
+  std::int32_t SlotOfLabel(const PositionPlan& plan, std::string_view label) {
+    if (plan.emptyFlank) return 0;
+    counts_.flankLookedUp[plan.flank] = 1;
+    return labels_.FindElementByLabel(label, plan.flank).number();
+  }
+  static bool TakeSlot(const PositionPlan& plan, std::int32_t slot, std::int32_t number,
+                       LineElements& elements) {
+    if (slot <= 0) return false;
+    elements.PositionElement[plan.active] = number;
+    elements.PositionStatus[plan.active] = slot;
+    return true;
+  }
   static bool TakeNothing(const PositionPlan& plan, LineElements& elements) {
     if (plan.active.number() > 0) {
       elements.PositionElement[plan.active] = kNoElementNumber;
@@ -129,7 +151,7 @@ class ElementResolver {
   UnspecifiedElements unspecified_;
   std::optional<FirstUnspecified> first_;
   bool firstTaken_ = false;
-  bool plainNumbers_ = true;
+  bool plainFields_ = true;
 };
 
 }  // namespace flanks

@@ -175,6 +175,25 @@ TEST(DataPass, ReplicationOfNothingSkipsTheLine) {
   EXPECT_EQ(Of(run.counts().MissingNullResponses), 0);
 }
 
+TEST(DataPass, ElementsOfALineWithoutReplicationAreLookedUp) {
+  PersonsAndItems listed;
+  listed.Read("R0,7,1,2\n1,1,3\n");
+  EXPECT_THAT(listed.Report(), HasSubstr("\n7 = 7\n"));
+  EXPECT_EQ(Of(listed.counts().UnspecifiedResponses), 0);
+  PersonsAndItems fault;
+  fault.Read("R0,x,1,2\n1,1,3\n");
+  EXPECT_EQ(fault.analysis.reading.FaultCode, Fault::invalidElementNumberInData);
+}
+
+TEST(DataPass, TheNullElementIsListedWithANote) {
+  PersonsAndItems run;
+  run.Read("1,0,3\n1,,3\n");
+  EXPECT_THAT(run.Report(),
+              HasSubstr("\nLabels=\n2, F2,  , ; flank 2\n"
+                        "0 = 0 ; this element number is ignored, because Null= 0\n *\n *\n"));
+  EXPECT_THAT(run.Report(), Not(HasSubstr("Check (1)")));
+}
+
 TEST(DataPass, ARangeTakesOneResponseForEachElement) {
   PersonsAndItems run;
   run.Read("1-3,1,0,1,2\n2_1,2,4,5\n");
