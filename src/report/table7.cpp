@@ -57,11 +57,10 @@ void WriteBox(Run& run, const Table7Layout& layout, const std::vector<ElementSlo
   HeadingRows(console);
   Table7Sets sets;
   for (const ElementSlot e : ordered) {
-    if (console.stopping()) return;
+    if (console.YieldToWindow()) return;
     Juxtapose(console);
     WriteReportLine(console, ElementLine(run.analysis, layout, e));
     AddToSets(run.analysis, e, sets);
-    console.Tick(e.number());
   }
   WriteTable7Foot(console, run.analysis, layout, sets);
 }
@@ -93,7 +92,6 @@ void WriteTable7(Run& run) {
     if (run.analysis.design.flanks.FlankElementCount[flank] > 0) WriteFlank(run, flank, arrange);
     if (run.console.stopping()) return;
   }
-  run.console.TickEnd();
 }
 
 }  // namespace flanks
