@@ -5,7 +5,6 @@
 // another.  The bare loop is std::getline into one string.  The aim: the plain file at no more than
 // 8 times the bare loop, labels of a Flank of 100,000 at no more than 15 times theirs.
 #include <benchmark/benchmark.h>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <random>
@@ -14,6 +13,7 @@
 #include <string_view>
 
 #include "base/temp_file.h"
+#include "base/text_file.h"
 #include "data/data_pass.h"
 #include "data/element_file.h"
 #include "data/response_file.h"
@@ -175,6 +175,20 @@ void BareLoop(benchmark::State& state, Form form) {
   state.SetItemsProcessed(state.iterations() * LineCount());
 }
 
+// What of a pass is the text reader's.
+void ReadTextFileLines(benchmark::State& state) {
+  const std::string& name = FileOf(Form::plain).name();
+  for (auto _ : state) {
+    TextFile input;
+    if (input.Open(name)) state.SkipWithError("file");
+    std::string_view line;
+    std::size_t bytes = 0;
+    while (input.ReadLine(line)) bytes += line.size();
+    benchmark::DoNotOptimize(bytes);
+  }
+  state.SetItemsProcessed(state.iterations() * LineCount());
+}
+
 void ReadBareLines(benchmark::State& state) {
   BareLoop(state, Form::plain);
 }
@@ -198,6 +212,7 @@ void ReadLabels(benchmark::State& state) {
 }
 
 BENCHMARK(ReadBareLines)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadTextFileLines)->Unit(benchmark::kMillisecond);
 BENCHMARK(ReadPlainLines)->Unit(benchmark::kMillisecond);
 BENCHMARK(ReadPlainLinesGenerally)->Unit(benchmark::kMillisecond);
 BENCHMARK(ReadLinesOfBlanks)->Unit(benchmark::kMillisecond);
