@@ -99,13 +99,13 @@ TEST(Iterate, APerfectScoreIsMeasuredAndRecountedWithoutIt) {
       << "items count the other five";
 }
 
+// Each of the two is within .001 logit of the maximum likelihood (tests/checks/).
 TEST(Iterate, NewtonRaphsonReachesTheSameMeasures) {
-  // A score residual of .00001 leaves a measure .00003 off where the information is a third.
-  const Loop secant("Convergence=.00001,.0000001");
-  const Loop newton("Newton=.5\nConvergence=.00001,.0000001");
+  const Loop secant("Convergence=.0005,.000005");
+  const Loop newton("Newton=.5\nConvergence=.0005,.000005");
   for (ElementSlot e : Upward(secant.analysis.estimates.elements))
     EXPECT_NEAR(secant.analysis.estimates.elements[e].ElementMeasure,
-                newton.analysis.estimates.elements[e].ElementMeasure, 1e-4);
+                newton.analysis.estimates.elements[e].ElementMeasure, .002);
 }
 
 TEST(Iterate, CtrlFEndsItAtTheNextCleanStateAndTheRunGoesOn) {
