@@ -46,7 +46,7 @@ void DataMessages::ShowProcessed(const DataLine& line, const LineElements& eleme
 // "1 (Ann)", "9 (?)" for an unknown number, "(zz, ?)" for an unknown label, "Null, ".
 std::string DataMessages::ElementText(DataPosition position, const DataLine& line,
                                       const LineElements& elements) const {
-  const std::string field = Shown(line.Field(position.number()));
+  std::string field = Shown(line.Field(position.number()));
   const Position active = design_.maps.ActiveMap[position];
   if (!elements.active.has(active) || elements.active[active] == 0) return field;
   if (elements.hasRange() && elements.rangePosition == active) return field;

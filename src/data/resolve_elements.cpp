@@ -132,8 +132,8 @@ std::string_view ElementResolver::SourceText(DataPosition source, const DataLine
   if (!plan.inUse || elements.PositionStatus[plan.active] <= 0) return field;
   const ElementSlot slot(elements.PositionStatus[plan.active]);
   const std::string& label = design_.elements.ElementLabel[slot];
-  return label == std::to_string(design_.elements.ElementNumber[slot]) ? field
-                                                                       : std::string_view(label);
+  if (label == std::to_string(design_.elements.ElementNumber[slot])) return field;
+  return label;
 }
 
 LineProblem ElementResolver::ResolvePosition(DataPosition position, std::string_view field,

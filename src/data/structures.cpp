@@ -1,6 +1,7 @@
 #include "data/structures.h"
 
 #include <algorithm>
+#include <compare>
 
 namespace flanks {
 namespace {
@@ -21,6 +22,55 @@ ScaleDefinitionRow SharedDefinition(const Design& design, ModelRow model) {
     return ScaleDefinitionRow();
   return definition;
 }
+
+// The order of the scales: by statement, then by key.  Structures of a shared definition stand
+// where its first statement with data stands, so that those of one scale are neighbours.
+class ScaleOrder {
+ public:
+  ScaleOrder(const Design& design, const StructureTable& structures)
+      : design_(design), structures_(structures), firstModel_(design.ScaleLast + 1) {
+    for (const ModelRow model : structures.structureModel) {
+      const ScaleDefinitionRow shared = SharedDefinition(design, model);
+      if (!firstModel_.has(shared)) continue;
+      ModelRow& first = firstModel_[shared];
+      if (first < ModelRow(0) || model < first) first = model;
+    }
+  }
+
+  std::vector<StructureRow> Sorted() const {
+    std::vector<StructureRow> rows;
+    for (const StructureRow row : Upward(structures_.structureModel)) rows.push_back(row);
+    std::sort(rows.begin(), rows.end(), [this](StructureRow left, StructureRow right) {
+      if (Leader(left) != Leader(right)) return Leader(left) < Leader(right);
+      const std::weak_ordering keys = CompareKeys(left, right);
+      if (std::is_neq(keys)) return std::is_lt(keys);
+      return structures_.structureModel[left] < structures_.structureModel[right];
+    });
+    return rows;
+  }
+  bool SharesScale(StructureRow left, StructureRow right) const {
+    return Leader(left) == Leader(right) && std::is_eq(CompareKeys(left, right));
+  }
+
+ private:
+  // The statement in whose place the structure stands.
+  ModelRow Leader(StructureRow row) const {
+    const ModelRow model = structures_.structureModel[row];
+    const ScaleDefinitionRow shared = SharedDefinition(design_, model);
+    return firstModel_.has(shared) ? firstModel_[shared] : model;
+  }
+  std::weak_ordering CompareKeys(StructureRow left, StructureRow right) const {
+    const std::int32_t width = structures_.structureKey.width();
+    const ElementSlot* const leftKey = structures_.structureKey.row(left);
+    const ElementSlot* const rightKey = structures_.structureKey.row(right);
+    return std::lexicographical_compare_three_way(leftKey, leftKey + width, rightKey,
+                                                  rightKey + width);
+  }
+
+  const Design& design_;
+  const StructureTable& structures_;
+  Column<ScaleDefinitionRow, ModelRow> firstModel_;
+};
 
 }  // namespace
 
@@ -103,44 +153,12 @@ void StructureFinder::Rehash() {
 }
 
 void LayOutScales(const Design& design, StructureTable& structures, ScaleTables& scales) {
-  // Structures in the order of their statements, then of their keys.  Those of a shared definition
-  // stand together: where the definition's first statement with data stands.
-  Column<ScaleDefinitionRow, ModelRow> firstModel(design.ScaleLast + 1);
-  for (const ModelRow model : structures.structureModel) {
-    const ScaleDefinitionRow shared = SharedDefinition(design, model);
-    if (!design.scales.has(shared)) continue;
-    ModelRow& first = firstModel[shared];
-    if (first < ModelRow(0) || model < first) first = model;
-  }
-  const auto leader = [&](StructureRow row) {
-    const ModelRow model = structures.structureModel[row];
-    const ScaleDefinitionRow shared = SharedDefinition(design, model);
-    return design.scales.has(shared) ? firstModel[shared] : model;
-  };
-  const auto keyOrder = [&](StructureRow left, StructureRow right) {
-    const ElementSlot* leftKey = structures.structureKey.row(left);
-    const ElementSlot* rightKey = structures.structureKey.row(right);
-    const std::int32_t width = structures.structureKey.width();
-    return std::lexicographical_compare_three_way(leftKey, leftKey + width, rightKey,
-                                                  rightKey + width);
-  };
-  std::vector<StructureRow> order(static_cast<std::size_t>(structures.structureModel.rows()));
-  for (std::size_t i = 0; i < order.size(); ++i)
-    order[i] = StructureRow(static_cast<std::int32_t>(i));
-  std::sort(order.begin(), order.end(), [&](StructureRow left, StructureRow right) {
-    if (leader(left) != leader(right)) return leader(left) < leader(right);
-    const auto keys = keyOrder(left, right);
-    if (keys != 0) return keys < 0;
-    return structures.structureModel[left] < structures.structureModel[right];
-  });
-
+  const ScaleOrder order(design, structures);
   scales = ScaleTables{};
   scales.width = structures.structureCount.width();
-  const StructureRow* previous = nullptr;
-  for (const StructureRow& row : order) {
-    const bool same =
-        previous != nullptr && leader(*previous) == leader(row) && keyOrder(*previous, row) == 0;
-    if (!same) {
+  StructureRow previous;
+  for (const StructureRow row : order.Sorted()) {
+    if (!structures.structureModel.has(previous) || !order.SharesScale(previous, row)) {
       const ModelRow model = structures.structureModel[row];
       scales.scaleType.push(design.models.ModelScaleType[model]);
       scales.scaleDefinition.push(design.models.ModelScale[model]);
@@ -149,7 +167,7 @@ void LayOutScales(const Design& design, StructureTable& structures, ScaleTables&
       scales.scaleMaximum.push(design.models.ModelCategoryMax[model]);
     }
     structures.structureScale[row] = scales.scaleType.lastRow();
-    previous = &row;
+    previous = row;
   }
 }
 

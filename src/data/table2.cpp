@@ -17,7 +17,7 @@ namespace {
 constexpr int kStatementsOnScreen = 10;
 constexpr int kStatementsAllOnScreen = 12;  // a longer list is cut at kStatementsOnScreen
 
-std::string AtOrNear(std::string line, std::int32_t firstLine) {
+std::string AtOrNear(const std::string& line, std::int32_t firstLine) {
   return JoinNumber(line + " first at or near line", firstLine);
 }
 
