@@ -46,7 +46,7 @@ struct DataCounts {
   CountedEvent UnspecifiedResponses, UnmatchedResponses;
   Column<ModelRow, std::int64_t> ModelCounter;
   std::vector<UnspecifiedElement> UnspecifiedList;
-  Column<FlankNo, std::uint8_t> flankLookedUp;  // an element of the Flank was ever found
+  Column<FlankNo, std::uint8_t> flankLookedUp;  // an element of the Flank was ever looked for
 };
 
 }  // namespace flanks
