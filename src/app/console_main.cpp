@@ -43,14 +43,20 @@ std::string CommandLineText(int count, char** arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string_view first = argc > 1 ? argv[1] : "";
-  if (first == "--help" || first == "-h") {
-    std::fwrite(kHelp.data(), 1, kHelp.size(), stdout);
-    return 0;
-  }
-  if (first == "--version") {
-    std::puts("flanks " FLANKS_VERSION);
-    return 0;
+  if (argc == 1) std::puts("No Specification is named. `flanks --help` tells how.");
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view option = argv[i];
+    if (!option.starts_with("--")) continue;
+    if (option == "--help") {
+      std::fwrite(kHelp.data(), 1, kHelp.size(), stdout);
+      return 0;
+    }
+    if (option == "--version") {
+      std::puts("flanks " FLANKS_VERSION);
+      return 0;
+    }
+    std::printf("\"%s\" is no option of flanks. `flanks --help` tells them.\n", argv[i]);
+    return flanks::kExitFault;
   }
   flanks::Process process;
   flanks::Analysis analysis;

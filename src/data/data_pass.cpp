@@ -107,8 +107,11 @@ void DataPass::ReadLines() {
     if (!ReadLine(text)) break;
   }
   parts_.console.TickEnd();
-  if (source_.fault() != Fault::none)
-    SetFault(parts_.reading, source_.fault(), TextAtFault(source_.faultText()));
+  if (source_.fault() == Fault::none) return;
+  FaultParticulars particulars = TextAtFault(source_.faultText());
+  particulars.name = "Data line in " + source_.name();
+  particulars.lineNumber = source_.lineNumber();
+  SetFault(parts_.reading, source_.fault(), std::move(particulars));
 }
 
 // True when the run is to stop.

@@ -43,6 +43,7 @@ struct SpecificationState {
   std::string SeenCodes =
       std::string(70, ' ');  // blank, 'X' taken from the extras, 'S' from the file
   std::vector<std::string> IgnoredLines;
+  std::vector<std::string> includedFiles;  // a report may not replace them
   std::string ExtraSpecifications;
   bool ReadingExtras = false;
   bool EndOfSpecification = false;

@@ -128,6 +128,16 @@ const FaultRow* FindRow(Fault fault) {
   return row == kFaults.end() ? nullptr : &*row;
 }
 
+// A text at fault as a line of a message: not longer than a few screen lines, and without control
+// characters, which would reach the terminal.
+std::string ShownText(const std::string& text) {
+  constexpr std::size_t kLongest = 500;  // bytes
+  std::string shown = text.substr(0, kLongest);
+  for (char& c : shown)
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = ' ';
+  return text.size() > kLongest ? shown + "..." : shown;
+}
+
 std::string CodeText(Fault fault) {
   return std::to_string(static_cast<std::int32_t>(fault));
 }
@@ -149,7 +159,7 @@ std::string FaultWords(Fault fault, const FaultParticulars& particulars) {
 
 std::string FaultLine(Fault fault, const FaultParticulars& particulars) {
   std::string line;
-  if (!particulars.text.empty()) line += particulars.text + " ";
+  if (!particulars.text.empty()) line += ShownText(particulars.text) + " ";
   if (!particulars.name.empty()) line += particulars.name + " is: ";
   line += FaultWords(fault, particulars) + ": ";
   if (particulars.lineNumber > 0) line += std::to_string(particulars.lineNumber) + " in line ";

@@ -156,6 +156,8 @@ void CloseRun(Run& run, std::int64_t milliseconds) {
   for (const std::string& note : report.closingNotes) run.console.WarnLine(note);
   CloseReport(run.console);
   run.console.ShowLine("Output to " + report.fileName);
+  if (report.writeFailed)
+    run.console.ShowFlagged("The report \"" + report.fileName + "\" is not complete.");
 }
 
 // A run that a fault or the user ended: the fault is reported once, the estimates are not offered.
@@ -206,7 +208,8 @@ int RunAnalysis(Process& process, Analysis& analysis, World world, const std::st
   if (IsStopping(process.control)) return kExitFault;
   if (Halted(run)) return HaltRun(run);
   CloseRun(run, world.shell.Milliseconds() - start);
-  return process.control.ExitCode;
+  // A script must see that the report is not what it should be.
+  return analysis.report.writeFailed ? kExitFault : process.control.ExitCode;
 }
 
 }  // namespace flanks

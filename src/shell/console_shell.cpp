@@ -11,10 +11,17 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 
+// A closed terminal breaks a run off as Ctrl+C does.
+constexpr int kInterrupts[] = {SIGINT, SIGTERM,
+#ifdef SIGHUP
+                               SIGHUP
+#endif
+};
+
 // The second signal finds the default action: who presses Ctrl+C twice wants out.
-extern "C" void OnInterrupt(int signal) {
+extern "C" void OnInterrupt(int) {
   interrupted = 1;
-  std::signal(signal, SIG_DFL);
+  for (const int each : kInterrupts) std::signal(each, SIG_DFL);
 }
 
 constexpr std::string_view kFlaggedColour = "\x1b[33m";
@@ -32,11 +39,14 @@ ConsoleShell::ConsoleShell(RunControl& control, std::FILE* out, bool terminal)
 
 void ConsoleShell::CatchInterrupts() {
   interrupted = 0;
-  std::signal(SIGINT, OnInterrupt);
-  std::signal(SIGTERM, OnInterrupt);
+  for (const int each : kInterrupts) std::signal(each, OnInterrupt);
 #ifdef SIGPIPE
   // A reader that has gone away must not end a run whose report goes to a file.
   std::signal(SIGPIPE, SIG_IGN);
+#endif
+#ifdef SIGXFSZ
+  // A file that may not grow further is a write that fails, and is told as such.
+  std::signal(SIGXFSZ, SIG_IGN);
 #endif
 }
 

@@ -1,11 +1,24 @@
 #include "spec/output_names.h"
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "spec/file_names.h"
 #include "spec/list_reading.h"
 
 namespace flanks {
+namespace {
+
+// The Specification file or one of the files that it includes.
+bool ReplacesSpecification(const Run& run, const std::string& output) {
+  if (SameFile(output, run.analysis.settings.specificationFile)) return true;
+  const std::vector<std::string>& included = run.analysis.specification.includedFiles;
+  return std::any_of(included.begin(), included.end(),
+                     [&output](const std::string& name) { return SameFile(output, name); });
+}
+
+}  // namespace
 
 void SettleOutputNames(Run& run) {
   Settings& settings = run.analysis.settings;
@@ -15,7 +28,7 @@ void SettleOutputNames(Run& run) {
   const bool replacesData =
       settings.dataSource == DataSource::file &&
       SameFile(output, FindFileToRead(settings.dataFile, settings.specificationFile));
-  if (!replacesData && !SameFile(output, settings.specificationFile)) return;
+  if (!replacesData && !ReplacesSpecification(run, output)) return;
   FaultParticulars particulars;
   particulars.name = kSpecificationName;
   particulars.value = InQuotes(output);

@@ -198,6 +198,7 @@ void ReadSpecification(Run& run) {
   ApplyLines(context);
   run.console.TickEnd();
   CompleteFault(context);
+  state.includedFiles = state.source->includedFiles();
   if (!state.InlineData) state.source.reset();
 }
 

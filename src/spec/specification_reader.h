@@ -67,6 +67,8 @@ class SpecificationSource {
   std::int64_t lineNumber() const { return lineNumber_; }
   // Name of the top file.
   const std::string& name() const { return name_; }
+  // Names of the include files that were opened so far.
+  const std::vector<std::string>& includedFiles() const { return includedFiles_; }
 
   Fault fault() const { return fault_; }
   const std::string& faultText() const { return faultText_; }
@@ -82,6 +84,7 @@ class SpecificationSource {
   std::vector<TextFile> levels_;  // level 0 is the top file
   std::string name_;
   std::string specificationFile_;
+  std::vector<std::string> includedFiles_;
   std::string_view original_;
   std::string spaced_;    // a line whose no-break spaces were replaced
   std::string cleaned_;   // a line whose control characters were replaced

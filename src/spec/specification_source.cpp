@@ -138,6 +138,7 @@ bool SpecificationSource::OpenIncluded(Console& console, std::string_view line) 
   const std::string found = FindFileToRead(name, specificationFile_);
   if (const Fault fault = OpenLevel(found, kIncludeKind, console); fault != Fault::none)
     return Fail(fault, faultText_);
+  includedFiles_.push_back(found);
   return true;
 }
 

@@ -67,6 +67,33 @@ TEST(FullDisk, DuringTheDataPassIsToldWithTheFilesName) {
   EXPECT_TRUE(sandbox.TemporaryFiles().empty());
 }
 
+TEST(FullDisk, UnderTheReportIsToldAndShowsInTheStatus) {
+  FlanksSandbox sandbox;
+  sandbox.Write("spec.txt",
+                "Flanks=2\nModels=?,?,R2\nLabels=\n1,Persons\n1-3=p\n*\n2,Items\n1-3=i\n*\nData=\n"
+                "1,1-3,0,1,1\n2,1-3,1,1,2\n3,1-3,2,1,0\n");
+  ProgramCall call = sandbox.Call(FLANKS_PROGRAM, {"spec.txt", "report.txt"});
+  call.fileSizeLimit = 4096;
+  const ProgramResult result = RunProgram(call);
+  EXPECT_EQ(result.exitStatus, 1) << result.output;
+  EXPECT_NE(result.output.find("The report file \"report.txt\" cannot be written any more"),
+            std::string::npos)
+      << result.output;
+  EXPECT_NE(result.output.find("The report \"report.txt\" is not complete."), std::string::npos);
+  EXPECT_NE(result.output.find("Analyzed in time of "), std::string::npos) << "the run goes on";
+  EXPECT_TRUE(sandbox.TemporaryFiles().empty());
+}
+
+TEST(Options, ThatAreUnknownAreRefusedAndMakeNoReport) {
+  FlanksSandbox sandbox;
+  const ProgramResult result = RunProgram(sandbox.Call(FLANKS_PROGRAM, {"--foo"}));
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_NE(result.output.find("\"--foo\" is no option of flanks."), std::string::npos);
+  const ProgramResult help = RunProgram(sandbox.Call(FLANKS_PROGRAM, {"spec.txt", "--help"}));
+  EXPECT_EQ(help.exitStatus, 0);
+  EXPECT_TRUE(sandbox.Files().empty());
+}
+
 TEST(OutputFolder, ThatIsNotThereIsToldWithTheFilesName) {
   FlanksSandbox sandbox;
   sandbox.Write("spec.txt", kLongSpecification);

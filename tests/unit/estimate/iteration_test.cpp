@@ -1,6 +1,7 @@
 // The loop itself: phases, limits, warnings and commands.  Numbers are in tests/checks/.
 #include "estimate/iteration.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -77,6 +78,16 @@ TEST(Iterate, WithTwoFloatingFlanksItWarnsOnce) {
   EXPECT_EQ(Occurrences(loop.Screen(),
                         "Warning (8)! Under-constrained?  Noncenter= for two or more flanks"),
             1u);
+}
+
+TEST(Iterate, AMeasureBeyondTheExponentLimitIsHeldAndWarnedOfOnceAnIteration) {
+  const Loop loop("Hardware=1\nIterations=4");
+  EXPECT_EQ(loop.exitCode, 0) << loop.Screen();
+  EXPECT_TRUE(loop.Shown("Warning (1)! Estimate out of range!  Flank 1 Element ")) << loop.Screen();
+  EXPECT_LE(Occurrences(loop.Screen(), "Warning (1)!"),
+            static_cast<std::size_t>(loop.state().IterationNumber));
+  for (ElementSlot e : Upward(loop.analysis.estimates.elements))
+    EXPECT_LE(std::abs(loop.analysis.estimates.elements[e].ElementMeasure), 1.0f);
 }
 
 TEST(Iterate, WithNothingButExtremesItIsAFault) {

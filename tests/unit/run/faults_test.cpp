@@ -24,6 +24,15 @@ TEST(FaultLine, LeavesOutWhatIsNotKnown) {
             "Command line is: Missing quote (+chr$(34)+) in command line: Error F49");
 }
 
+TEST(FaultLine, ShowsALongOrBinaryTextAsALine) {
+  FaultParticulars at;
+  at.text = "a\tb\x01" + std::string(600, 'c');
+  const std::string line = FaultLine(Fault::tooManyFields, at);
+  EXPECT_EQ(line.rfind("a b ccc", 0), 0u);
+  EXPECT_NE(line.find("ccc... More than 32,000 fields"), std::string::npos);
+  EXPECT_LT(line.size(), 600u);
+}
+
 TEST(FaultWords, JoinTheirNumberWithOneBlank) {
   FaultParticulars at;
   at.number = 255;
@@ -58,6 +67,39 @@ TEST(FaultWords, EveryFaultHasWords) {
   for (const Fault fault : faults)
     EXPECT_EQ(FaultWords(fault, {}).find("not understood"), std::string::npos);
   EXPECT_TRUE(std::adjacent_find(faults.begin(), faults.end()) == faults.end()) << "a code twice";
+}
+
+// Codes whose words are kept and which nothing raises, and those that a step sets without more.
+TEST(FaultWords, OfTheOthers) {
+  struct Case {
+    Fault fault;
+    const char* words;
+  };
+  const Case cases[] = {
+      {Fault::categoryNotInteger, "Category is not an integer in range 0 to 9"},
+      {Fault::sortLength, "Sort length error"},
+      {Fault::invalidModelStatement, "Invalid Model= statement"},
+      {Fault::invalidResponse, "Invalid response value: non-numeric or too big for model"},
+      {Fault::rangeDeficit, "Not enough responses for the range: deficit: 9"},
+      {Fault::rangeExcess, "Too many responses: excess: 9"},
+      {Fault::labelSortSequence, "Lsort sequence error"},
+      {Fault::emptyFile, "File has no contents"},
+      {Fault::badLineEnds, "Invalid line-end format: only CR code, CR-LF expected"},
+      {Fault::anchorTooExtreme, "Anchor value too extreme"},
+      {Fault::workFileProblem, "Work file problem"},
+      {Fault::tooManyModels, "Too many Models= specified"},
+      {Fault::flanksFirstStop, "Please specify Flanks= before this specification."},
+      {Fault::excelError, "Excel-related error"},
+      {Fault::recountValue, "Recount value not positive numeric"},
+      {Fault::noElementNumbers, "No element numbers specified after Labels="},
+      {Fault::allExtreme, "All data eliminated as extreme."},
+      {Fault::cancelled, "Execution cancelled at user request"},
+      {Fault::operationCancelled, "Current operation cancelled"}};
+  for (const Case& c : cases) {
+    FaultParticulars at;
+    at.number = 9;
+    EXPECT_EQ(FaultWords(c.fault, at), c.words);
+  }
 }
 
 TEST(SetFault, TheFirstFaultStays) {

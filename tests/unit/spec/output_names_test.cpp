@@ -35,6 +35,12 @@ TEST(SettleOutputNames, ReplacesNeitherSpecificationNorData) {
   data.Read("Data=d.txt\nOutput=" + name + "\n");  // found beside the Specification
   SettleOutputNames(data.run);
   EXPECT_EQ(data.fault(), Fault::incompatibleFileUse);
+
+  SpecRun included;
+  const std::string labels = included.folder.write("labels.txt", "Umean=1\n");
+  included.Read("Data=d.txt\nOutput=" + labels + "\n%" + labels + "\n");
+  SettleOutputNames(included.run);
+  EXPECT_EQ(included.fault(), Fault::incompatibleFileUse);
 }
 
 }  // namespace
