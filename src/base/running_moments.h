@@ -35,6 +35,14 @@ struct WelfordCounter {
     Mean += deviation / Count;
     SumOfSquares += deviation * (value - Mean);
   }
+  // The same value `times` over, at once.
+  void Add(double value, double times) {
+    if (times <= 0.0) return;
+    const double deviation = value - Mean;
+    Count += times;
+    Mean += times * deviation / Count;
+    SumOfSquares += times * deviation * (value - Mean);
+  }
   // The S.D. of the counted values taken as a whole population; 0 without any.
   [[nodiscard]] double PopulationDeviation() const {
     return Count > 0.0 ? std::sqrt(SumOfSquares / Count) : 0.0;

@@ -171,6 +171,10 @@ void BlockKernel::Evaluate(const LaneRun& run, float* expected, float* variance)
   Call(run, measures_, RowsOf(run, expected, variance));
 }
 
+void BlockKernel::EvaluateAt(const LaneRun& run, const float* measures, float* expected) {
+  Call(run, measures, RowsOf(run, expected, nullptr));
+}
+
 KernelResult EvaluateOne(const KernelScale& scale, float measure, KernelWork& work) {
   work.filledTo = std::max(work.filledTo, scale.filled);
   return CategoryProbabilities(scale, measure, work.CategoryProbability);

@@ -68,6 +68,12 @@ class BlockKernel {
   // The first form leaves the variance out.
   void EvaluateScores(const LaneRun& run, float shift, float* expected);
   void Evaluate(const LaneRun& run, float* expected, float* variance);
+  // The same at other measures, by lane.
+  void EvaluateAt(const LaneRun& run, const float* measures, float* expected);
+  // The steps of a mixed run's lanes.
+  LaneSteps steps(const LaneRun& run) const {
+    return {laneSteps_.data() + run.first, kKernelStride};
+  }
   // The probability of category k of a run's first lane; the next lane follows it.
   const float* probability(const LaneRun& run, int k) const {
     return probability_.data() + static_cast<std::size_t>(k) * kKernelStride + run.first;

@@ -103,6 +103,67 @@ struct RawMoments {
   }
 }
 
+// The exponents of a strip as they run up, and their sums.
+struct LogitWork {
+  alignas(64) std::array<double, kStrip> run;
+  alignas(64) std::array<double, kStrip> first;
+  alignas(64) std::array<double, kStrip> second;
+};
+
+// What goes into the logit moments of a batch.
+struct LogitInput {
+  const KernelScale& scale;
+  LaneSteps laneSteps;  // none: the steps are those of the scale
+  const float* measures;
+  const float* probability;
+  std::size_t stride;
+  const std::int16_t* categories;
+};
+
+// One category of a strip that begins at lane `at`.
+template <bool kOwnSteps>
+[[gnu::always_inline]] inline void AddLogit(const LogitInput& input, int k, std::size_t at,
+                                            std::size_t count, float* __restrict observed,
+                                            LogitWork& work) {
+  const auto cell = static_cast<std::size_t>(k);
+  const float* __restrict measures = input.measures + at;
+  const std::int16_t* __restrict categories = input.categories + at;
+  const float* __restrict p = input.probability + cell * input.stride + at;
+  // The step of a skipped category is 0: it adds the measure alone.
+  const double* __restrict steps = kOwnSteps
+                                       ? input.laneSteps.steps + cell * input.laneSteps.stride + at
+                                       : input.scale.step.data() + cell;
+  for (std::size_t i = 0; i < count; ++i) {
+    work.run[i] += static_cast<double>(measures[i]) - steps[kOwnSteps ? i : 0];
+    work.first[i] += work.run[i] * p[i];
+    work.second[i] += work.run[i] * work.run[i] * p[i];
+    observed[i] = categories[i] == k ? Single(work.run[i]) : observed[i];
+  }
+}
+
+[[gnu::always_inline]] inline void LogitBatch(const LogitInput& input, std::size_t lanes,
+                                              const LogitRows& rows) {
+  LogitWork work;
+  for (std::size_t at = 0; at < lanes; at += kStrip) {
+    const std::size_t count = std::min(kStrip, lanes - at);
+    for (std::size_t i = 0; i < count; ++i) {
+      work.run[i] = work.first[i] = work.second[i] = 0.0;
+      rows.observed[at + i] = 0.0f;
+    }
+    for (int k = 1; k <= input.scale.top && input.scale.top >= 2; ++k) {
+      if (input.laneSteps.steps != nullptr) {
+        AddLogit<true>(input, k, at, count, rows.observed + at, work);
+      } else {
+        AddLogit<false>(input, k, at, count, rows.observed + at, work);
+      }
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      rows.first[at + i] = Single(work.first[i]);
+      rows.second[at + i] = Single(work.second[i]);
+    }
+  }
+}
+
 void MomentsNarrow(const KernelScale& scale, const EvaluatedRows& evaluated,
                    std::span<const std::int16_t> categories, const MomentRows& rows) {
   MomentsBatch(scale, evaluated, categories, rows);
@@ -117,6 +178,20 @@ void MomentsNarrow(const KernelScale& scale, const EvaluatedRows& evaluated,
     const KernelScale& scale, const EvaluatedRows& evaluated,
     std::span<const std::int16_t> categories, const MomentRows& rows) {
   MomentsBatch(scale, evaluated, categories, rows);
+}
+#endif
+
+void LogitsNarrow(const LogitInput& input, std::size_t lanes, const LogitRows& rows) {
+  LogitBatch(input, lanes, rows);
+}
+#if defined(__x86_64__)
+[[gnu::target("avx2")]] void LogitsAvx2(const LogitInput& input, std::size_t lanes,
+                                        const LogitRows& rows) {
+  LogitBatch(input, lanes, rows);
+}
+[[gnu::target("avx512f,avx512dq,avx512bw,avx512vl,prefer-vector-width=512")]] void LogitsAvx512(
+    const LogitInput& input, std::size_t lanes, const LogitRows& rows) {
+  LogitBatch(input, lanes, rows);
 }
 #endif
 
@@ -179,22 +254,38 @@ void AddExpectedCounts(const KernelScale& scale, const float* probability, std::
   }
 }
 
+void CategoryLogitMoments(const KernelScale& scale, std::span<const float> measures,
+                          const EvaluatedRows& evaluated, std::span<const std::int16_t> categories,
+                          const LogitRows& rows, VectorWidth width) {
+  CategoryLogitMoments(scale, LaneSteps{}, measures, evaluated, categories, rows, width);
+}
+
+void CategoryLogitMoments(const KernelScale& scale, const LaneSteps& steps,
+                          std::span<const float> measures, const EvaluatedRows& evaluated,
+                          std::span<const std::int16_t> categories, const LogitRows& rows,
+                          VectorWidth width) {
+  const LogitInput input{
+      scale, steps, measures.data(), evaluated.probability, evaluated.stride, categories.data()};
+#if defined(__x86_64__)
+  switch (width) {
+    case VectorWidth::avx512:
+      return LogitsAvx512(input, measures.size(), rows);
+    case VectorWidth::avx2:
+      return LogitsAvx2(input, measures.size(), rows);
+    case VectorWidth::narrow:
+      break;
+  }
+#else
+  static_cast<void>(width);
+#endif
+  LogitsNarrow(input, measures.size(), rows);
+}
+
 LogitMoments CategoryLogitMoments(const KernelScale& scale, float measure, const float* probability,
                                   std::size_t stride, std::int16_t observed) {
   LogitMoments result;
-  if (scale.top < 2) return result;
-  double run = 0.0, first = 0.0, second = 0.0;
-  for (int k = 1; k <= scale.top; ++k) {
-    const auto cell = static_cast<std::size_t>(k);
-    // The step of a skipped category is 0: it adds the measure alone.
-    run += static_cast<double>(measure) - scale.step[cell];
-    const double p = probability[cell * stride];
-    first += run * p;
-    second += run * run * p;
-    if (k == observed) result.observed = Single(run);
-  }
-  result.first = Single(first);
-  result.second = Single(second);
+  CategoryLogitMoments(scale, std::span(&measure, 1), {nullptr, probability, stride},
+                       std::span(&observed, 1), {&result.first, &result.second, &result.observed});
   return result;
 }
 

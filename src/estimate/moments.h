@@ -85,7 +85,22 @@ struct LogitMoments {
   float second = 0.0f;    // L2: sum of run squared times p
   float observed = 0.0f;  // the run at the observed category
 };
-// `probability` as for AddExpectedCounts, as the kernel filled it for `measure`.
+// The same for a batch, one number for each observation in each array.
+struct LogitRows {
+  float* first = nullptr;
+  float* second = nullptr;
+  float* observed = nullptr;
+};
+// `evaluated.probability` is what the kernel filled on `scale` for `measures`.
+void CategoryLogitMoments(const KernelScale& scale, std::span<const float> measures,
+                          const EvaluatedRows& evaluated, std::span<const std::int16_t> categories,
+                          const LogitRows& rows, VectorWidth width = ChosenVectorWidth());
+// The same for observations on scales that differ in their steps alone; `scale` is any of them.
+void CategoryLogitMoments(const KernelScale& scale, const LaneSteps& steps,
+                          std::span<const float> measures, const EvaluatedRows& evaluated,
+                          std::span<const std::int16_t> categories, const LogitRows& rows,
+                          VectorWidth width = ChosenVectorWidth());
+// `probability` as for AddExpectedCounts.
 LogitMoments CategoryLogitMoments(const KernelScale& scale, float measure, const float* probability,
                                   std::size_t stride, std::int16_t observed);
 

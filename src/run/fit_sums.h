@@ -49,11 +49,12 @@ struct alignas(64) FitSums {
 
 // States of observations run from -5 to 5; each has a counter of the raw observations.
 constexpr int kLargestState = 5;
+constexpr std::size_t kStates = 2 * kLargestState + 1;
 
 struct FitTotals {
   double TotalWeightedCount = 0.0;      // w, all elements in play
   double SquaredStandardizedSum = 0.0;  // w z², likewise
-  std::array<WelfordCounter, 2 * kLargestState + 1> states;
+  std::array<WelfordCounter, kStates> states;
 
   const WelfordCounter& ofState(int state) const {
     return states[static_cast<std::size_t>(state + kLargestState)];

@@ -85,6 +85,10 @@ void NoteScale(ScaleRow scale, FitSums& sums) {
   }
 }
 
+std::size_t StateIndex(ObservationState state) {
+  return static_cast<std::size_t>(static_cast<int>(state) + kLargestState);
+}
+
 FairKind FairKindOf(const Settings& settings) {
   return settings.FairAverageKind == 'M' ? FairKind::mean : FairKind::zero;
 }
@@ -117,6 +121,7 @@ FitPass::FitPass(const PassParts& parts, FairKind fairKind)
 void FitPass::ClearSums() {
   parts_.estimates.fitSums.assign(parts_.design.ElementTotal, FitSums{});
   parts_.estimates.fitTotals = FitTotals{};
+  responses_ = {};
   ScaleTables& scales = parts_.scales;
   for (const ScaleRow scale : Downward(scales.scaleType)) {
     std::fill_n(scales.ExpectedCount.row(scale), scales.width, 0.0);
@@ -127,12 +132,6 @@ void FitPass::ClearSums() {
 
 void FitPass::Begin() {
   kernel_.Begin(parts_.scales, parts_.estimates.ExponentLimit);
-  std::size_t rows = 2;
-  for (const ScaleRow scale : Upward(parts_.scales.scaleType)) {
-    if (parts_.scales.ScaleTopCategory[scale] < 1) continue;  // never evaluated
-    rows = std::max(rows, static_cast<std::size_t>(kernel_.scale(scale).filled) + 1);
-  }
-  fairProbability_.resize(rows * kKernelStride);
   for (std::size_t field = 0; field < fieldMean_.size(); ++field) {
     const FlankNo flank = parts_.work.layout.fields[field].flank;
     fieldMean_[field] = fairKind_ == FairKind::mean ? parts_.estimates.FlankMean[flank] : 0.0f;
@@ -146,6 +145,7 @@ bool FitPass::Run() {
   while (reader_.Next()) {
     if (!AddBlock()) return false;
   }
+  FinishStates();
   for (const FitSums& sums : parts_.estimates.fitSums) {
     if (!std::isfinite(sums.terms.Information) || !std::isfinite(sums.terms.FairSum)) {
       throw std::overflow_error("a total of exponentials is out of range");
@@ -157,7 +157,7 @@ bool FitPass::Run() {
 bool FitPass::AddBlock() {
   const ObservationBlock& block = reader_.block();
   CountStates(block);
-  kernel_.Arrange(block);
+  kernel_.Arrange(block, Lanes::mayBeMixed);
   if (!FindLanes(block)) return false;
   FillFairMeasures(block);
   for (const LaneRun& run : kernel_.runs()) {
@@ -167,17 +167,49 @@ bool FitPass::AddBlock() {
       Evaluate(block, run);
     }
   }
+  FetchSums(block);
   for (std::size_t i = 0; i < block.count; ++i) {
     if (laneOf_[i] >= 0) AddObservation(block, i, static_cast<std::size_t>(laneOf_[i]));
   }
   return true;
 }
 
+// The sums of an element are three cache lines.  With the elements of a large Flank in random order
+// each addition would wait for them one after the other; read for a block in a loop of their own,
+// they come together.  Prefetch instructions won't do: without a page's address at hand they are
+// dropped.
+void FitPass::FetchSums(const ObservationBlock& block) {
+  constexpr std::int32_t kSmallFlank = 1000;  // its sums stay in the cache by themselves
+  const FitSums* const sums = parts_.estimates.fitSums.data();
+  for (std::size_t field = 0; field < block.fields(); ++field) {
+    const FlankNo flank = parts_.work.layout.fields[field].flank;
+    if (parts_.design.flanks.FlankElementCount[flank] <= kSmallFlank) continue;
+    const std::int32_t* const slots = block.slots[field].data();
+    double read = 0.0;
+    for (std::size_t i = 0; i < block.count; ++i) {
+      if (slots[i] == 0) continue;
+      const FitSums& element = sums[static_cast<std::size_t>(slots[i]) - 1];
+      read += element.terms.ResidualSum + element.terms.FairSum + element.correlation.v;
+    }
+    fetched_ = read;
+  }
+}
+
 void FitPass::CountStates(const ObservationBlock& block) {
-  auto& states = parts_.estimates.fitTotals.states;
   for (std::size_t i = 0; i < block.count; ++i) {
-    const int state = static_cast<int>(block.state[i]);
-    states[static_cast<std::size_t>(state + kLargestState)].Add(block.response[i]);
+    const std::size_t state = StateIndex(block.state[i]);
+    ++responses_[state][static_cast<std::size_t>(block.response[i])];
+  }
+}
+
+// The counters of the states, from the counts of their responses.
+void FitPass::FinishStates() {
+  FitTotals& totals = parts_.estimates.fitTotals;
+  for (std::size_t state = 0; state < responses_.size(); ++state) {
+    for (std::size_t response = 0; response < kCategories; ++response) {
+      totals.states[state].Add(static_cast<double>(response),
+                               static_cast<double>(responses_[state][response]));
+    }
   }
 }
 
@@ -195,6 +227,7 @@ bool FitPass::FindLanes(const ObservationBlock& block) {
 }
 
 void FitPass::FillFairMeasures(const ObservationBlock& block) {
+  if (block.usual) return FillUsualFairMeasures(block);
   for (std::size_t lane = 0; lane < kernel_.lanes(); ++lane) {
     const std::size_t i = kernel_.entry(lane);
     const std::span<const FieldSense> senses = reader_.sense(block.structure[i]);
@@ -216,6 +249,27 @@ void FitPass::FillFairMeasures(const ObservationBlock& block) {
   }
 }
 
+// The same for a block in which every position has an element and a sense of its own: the level is
+// then the same for all.
+void FitPass::FillUsualFairMeasures(const ObservationBlock& block) {
+  const std::span<const FieldSense> senses = reader_.sense(block.structure[0]);
+  const ElementState* const elements = parts_.estimates.elements.data();
+  float FairLevel = 0.0f;
+  for (std::size_t field = block.fields(); field-- > 0;) {
+    FairLevel += static_cast<float>(senses[field].sign) * fieldMean_[field];
+  }
+  for (std::size_t field = block.fields(); field-- > 0;) {
+    const float sign = senses[field].sign;
+    const float signedMean = sign * fieldMean_[field];
+    const std::int32_t* const slots = block.slots[field].data();
+    float* const measures = rows_.fairMeasure[field].data();
+    for (std::size_t lane = 0; lane < kernel_.lanes(); ++lane) {
+      const auto element = static_cast<std::size_t>(slots[kernel_.entry(lane)]) - 1;
+      measures[lane] = FairLevel + (sign * elements[element].ElementMeasure - signedMean);
+    }
+  }
+}
+
 void FitPass::Evaluate(const ObservationBlock& block, const LaneRun& run) {
   const KernelScale& scale = kernel_.scale(run.scale);
   const std::size_t at = run.first;
@@ -228,7 +282,11 @@ void FitPass::Evaluate(const ObservationBlock& block, const LaneRun& run) {
        rows_.ResidualVarianceTerm.data() + at, rows_.ScoreResidual.data() + at,
        rows_.SquaredResidual.data() + at, rows_.SquaredStandardizedResidual.data() + at,
        rows_.KurtosisRatio.data() + at});
-  FillLogits(run, probability, kKernelStride);
+  CategoryLogitMoments(scale, run.mixed ? kernel_.steps(run) : LaneSteps{},
+                       {kernel_.measures() + at, run.count}, {nullptr, probability, kKernelStride},
+                       {rows_.category.data() + at, run.count},
+                       {rows_.logitMean.data() + at, rows_.logitSquare.data() + at,
+                        rows_.logitObserved.data() + at});
   AddCounts(block, run, probability, kKernelStride);
   EvaluateFairScores(run);
 }
@@ -248,7 +306,11 @@ void FitPass::EvaluateOneByOne(const ObservationBlock& block, const LaneRun& run
   rows_.SquaredResidual[lane] = moments.SquaredResidual;
   rows_.SquaredStandardizedResidual[lane] = moments.SquaredStandardizedResidual;
   rows_.KurtosisRatio[lane] = moments.KurtosisRatio;
-  FillLogits(run, work.CategoryProbability.data(), 1);
+  const LogitMoments logits = CategoryLogitMoments(
+      scale, kernel_.measures()[lane], work.CategoryProbability.data(), 1, rows_.category[lane]);
+  rows_.logitMean[lane] = logits.first;
+  rows_.logitSquare[lane] = logits.second;
+  rows_.logitObserved[lane] = logits.observed;
   AddCounts(block, run, work.CategoryProbability.data(), 1);
   for (std::size_t field = block.fields(); field-- > 0;) {
     if (block.slots[field][kernel_.entry(lane)] == 0) continue;
@@ -257,38 +319,25 @@ void FitPass::EvaluateOneByOne(const ObservationBlock& block, const LaneRun& run
   }
 }
 
-void FitPass::FillLogits(const LaneRun& run, const float* probability, std::size_t stride) {
-  const KernelScale& scale = kernel_.scale(run.scale);
-  for (std::size_t j = 0; j < run.count; ++j) {
-    const std::size_t lane = run.first + j;
-    const LogitMoments logits = CategoryLogitMoments(scale, kernel_.measures()[lane],
-                                                     probability + j, stride, rows_.category[lane]);
-    rows_.logitMean[lane] = logits.first;
-    rows_.logitSquare[lane] = logits.second;
-    rows_.logitObserved[lane] = logits.observed;
-  }
-}
-
 // Only observations with all elements in play count for their scale.
 void FitPass::AddCounts(const ObservationBlock& block, const LaneRun& run, const float* probability,
                         std::size_t stride) {
-  const KernelScale& scale = kernel_.scale(run.scale);
+  const KernelScale& shape = kernel_.scale(run.scale);
   const std::size_t width = static_cast<std::size_t>(parts_.scales.width);
-  const std::span<double> expected(parts_.scales.ExpectedCount.row(run.scale), width);
-  const std::span<double> discrimination(parts_.scales.DiscriminationSums.row(run.scale), width);
   for (std::size_t j = 0; j < run.count; ++j) {
     const std::size_t i = kernel_.entry(run.first + j);
     if (block.state[i] != ObservationState::inPlay) continue;
-    AddExpectedCounts(scale, probability + j, stride, block.weight[i], expected, discrimination);
+    const ScaleRow scale(block.scale[i]);  // lanes of a mixed run are each on their own
+    AddExpectedCounts(shape, probability + j, stride, block.weight[i],
+                      {parts_.scales.ExpectedCount.row(scale), width},
+                      {parts_.scales.DiscriminationSums.row(scale), width});
   }
 }
 
+// Overwrites the probabilities.
 void FitPass::EvaluateFairScores(const LaneRun& run) {
   for (std::size_t field = 0; field < rows_.fairMeasure.size(); ++field) {
-    CategoryProbabilities(kernel_.scale(run.scale),
-                          {rows_.fairMeasure[field].data() + run.first, run.count},
-                          {rows_.fairExpected[field].data() + run.first, nullptr,
-                           fairProbability_.data() + run.first, kKernelStride});
+    kernel_.EvaluateAt(run, rows_.fairMeasure[field].data(), rows_.fairExpected[field].data());
   }
 }
 

@@ -19,6 +19,7 @@
 #ifndef FLANKS_STATS_FIT_PASS_H
 #define FLANKS_STATS_FIT_PASS_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -57,13 +58,15 @@ class FitPass {
   void Begin();
   bool AddBlock();
   void CountStates(const ObservationBlock& block);
+  void FinishStates();
   bool FindLanes(const ObservationBlock& block);
   void FillFairMeasures(const ObservationBlock& block);
+  void FillUsualFairMeasures(const ObservationBlock& block);
+  void FetchSums(const ObservationBlock& block);
   void Evaluate(const ObservationBlock& block, const LaneRun& run);
   void EvaluateOneByOne(const ObservationBlock& block, const LaneRun& run);
   void AddCounts(const ObservationBlock& block, const LaneRun& run, const float* probability,
                  std::size_t stride);
-  void FillLogits(const LaneRun& run, const float* probability, std::size_t stride);
   void EvaluateFairScores(const LaneRun& run);
   void AddObservation(const ObservationBlock& block, std::size_t i, std::size_t lane);
 
@@ -74,10 +77,11 @@ class FitPass {
   FitRows rows_;
   std::vector<float> fieldMean_;             // by field: the mean of its Flank; 0 for Fair=Z
   std::vector<std::int32_t> laneOf_;         // by entry of the block; -1: does not count
-  std::vector<float> fairProbability_;       // rows of kKernelStride
   std::vector<FairPosition> fairPositions_;  // of one observation, the last first
   std::vector<std::size_t> fairFields_;      // the field of each
   std::vector<float> fairMeasures_;          // the measure of each
+  std::array<std::array<std::int64_t, kCategories>, kStates> responses_{};  // by state, raw
+  double fetched_ = 0.0;  // so that what fetches the sums is not left out
 };
 
 void CalculateFit(Run& run);

@@ -22,6 +22,18 @@ TEST(WelfordCounter, LosesNoDigitsToALargeMean) {
   EXPECT_NEAR(counter.SumOfSquares, 5.0, 1E-6);
 }
 
+TEST(WelfordCounter, TakesAValueSeveralTimesAtOnce) {
+  WelfordCounter one, several;
+  for (const double value : {2.0, 2.0, 2.0, 5.0, 7.0, 7.0}) one.Add(value);
+  several.Add(2.0, 3.0);
+  several.Add(4.0, 0.0);
+  several.Add(5.0, 1.0);
+  several.Add(7.0, 2.0);
+  EXPECT_DOUBLE_EQ(several.Count, 6.0);
+  EXPECT_NEAR(several.Mean, one.Mean, 1E-14);
+  EXPECT_NEAR(several.SumOfSquares, one.SumOfSquares, 1E-13);
+}
+
 TEST(RunningSummary, AgreesWithTheTwoPassFormulas) {
   RunningSummary<2> summary;
   for (const double value : {2.0, 3.0, 5.0, 4.0}) summary.Add({value, -10.0 * value});

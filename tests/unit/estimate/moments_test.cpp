@@ -208,5 +208,68 @@ TEST(CategoryLogitMoments, OfADichotomyAreZero) {
   EXPECT_EQ(moments.observed, 0.0f);
 }
 
+// Every observation of a batch, at every vector width, is that of the formula written out.
+TEST(CategoryLogitMoments, HaveTheSameBitsForEveryVectorWidthAndLength) {
+  const KernelScale scale = Rating({-1.2f, -.1f, .4f, .9f});
+  constexpr std::size_t kCount = 531;
+  std::vector<float> measures(kCount);
+  std::vector<std::int16_t> categories(kCount);
+  for (std::size_t i = 0; i < kCount; ++i) {
+    measures[i] = 7.0f * std::sin(static_cast<float>(i));
+    categories[i] = static_cast<std::int16_t>(i % 5);
+  }
+  std::vector<float> expected(kCount), p(5 * kCount);
+  CategoryProbabilities(scale, measures, {expected.data(), nullptr, p.data(), kCount});
+  for (const VectorWidth width : UsableVectorWidths()) {
+    std::vector<float> first(kCount), second(kCount), observed(kCount);
+    CategoryLogitMoments(scale, measures, {nullptr, p.data(), kCount}, categories,
+                         {first.data(), second.data(), observed.data()}, width);
+    for (std::size_t i = 0; i < kCount; ++i) {
+      double run = 0.0, sum = 0.0, squares = 0.0, at = 0.0;
+      for (std::size_t k = 1; k < 5; ++k) {
+        run += static_cast<double>(measures[i]) - scale.step[k];
+        sum += run * p[k * kCount + i];
+        squares += run * run * p[k * kCount + i];
+        if (static_cast<std::size_t>(categories[i]) == k) at = run;
+      }
+      ASSERT_EQ(first[i], Single(sum)) << NameOf(width);
+      ASSERT_EQ(second[i], Single(squares)) << NameOf(width);
+      ASSERT_EQ(observed[i], Single(at)) << NameOf(width);
+    }
+  }
+}
+
+// Lanes that bring the steps of their own scales are as if each were alone.
+TEST(CategoryLogitMoments, TakeTheStepsOfEachLane) {
+  const std::vector<KernelScale> scales = {Rating({-1.2f, -.1f, .4f}), Rating({.3f, .2f, -.5f})};
+  constexpr std::size_t kCount = 300;
+  std::vector<float> measures(kCount), p(4 * kCount);
+  std::vector<std::int16_t> categories(kCount);
+  std::vector<double> steps(4 * kCount);
+  std::vector<LogitMoments> alone(kCount);
+  for (std::size_t i = 0; i < kCount; ++i) {
+    measures[i] = 3.0f * std::sin(static_cast<float>(i));
+    categories[i] = static_cast<std::int16_t>(i % 4);
+    const KernelScale& scale = scales[i % 3 == 0 ? 0 : 1];
+    ProbabilityArray probability{};
+    CategoryProbabilities(scale, measures[i], probability);
+    for (std::size_t k = 0; k < 4; ++k) {
+      p[k * kCount + i] = probability[k];
+      steps[k * kCount + i] = scale.step[k];
+    }
+    alone[i] = CategoryLogitMoments(scale, measures[i], probability.data(), 1, categories[i]);
+  }
+  for (const VectorWidth width : UsableVectorWidths()) {
+    std::vector<float> first(kCount), second(kCount), observed(kCount);
+    CategoryLogitMoments(scales[0], {steps.data(), kCount}, measures, {nullptr, p.data(), kCount},
+                         categories, {first.data(), second.data(), observed.data()}, width);
+    for (std::size_t i = 0; i < kCount; ++i) {
+      ASSERT_EQ(first[i], alone[i].first) << NameOf(width);
+      ASSERT_EQ(second[i], alone[i].second) << NameOf(width);
+      ASSERT_EQ(observed[i], alone[i].observed) << NameOf(width);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace flanks

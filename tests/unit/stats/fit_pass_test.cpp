@@ -371,6 +371,7 @@ TEST(FitPass, AgreesWithTheSlowJudgeAtTheSameMeasures) {
       {{10, 3, 6}, {1, -1, 1}, 3, 5, false},
       {{10, 3, 2, 6}, {-1, 1, -1, 1}, 2, 4, true},
       {{300, 4, 8}, {1, -1, -1}, 4, 3, true},
+      {{60, 2, 40}, {1, -1, -1}, 40, 3, false},  // so many scales that a batch holds several
   };
   unsigned seed = 1;
   for (const ComparisonCase& c : cases) {

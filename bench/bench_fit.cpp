@@ -1,0 +1,125 @@
+// The pass after convergence beside a JMLE pass (secant method) over the same work files: 10
+// million observations of 3 positions.  The fit pass evaluates the kernel once for the observation
+// and once for each position, and adds twenty sums for each position where JMLE adds three; it may
+// cost four JMLE passes.
+#include <benchmark/benchmark.h>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "base/single.h"
+#include "estimate/jmle_pass.h"
+#include "stats/fair_average.h"
+#include "stats/fit_pass.h"
+#include "support/pass_design.h"
+
+namespace flanks {
+namespace {
+
+constexpr std::int64_t kObservations = 10'000'000;
+constexpr std::int32_t kPersons = 100'000;
+constexpr std::int32_t kRaters = 50;
+constexpr std::int32_t kItems = 250;
+
+enum class Order { byPerson, random };
+
+struct FitCase {
+  const char* name;
+  Order order;
+  int top;
+  int scales;  // partial credit: the items share them in turn
+};
+
+std::vector<float> Thresholds(int top) {
+  std::vector<float> thresholds;
+  for (int k = 1; k <= top; ++k) {
+    thresholds.push_back(Single(0.9 * k - 0.45 * static_cast<double>(top + 1)));
+  }
+  return thresholds;
+}
+
+std::unique_ptr<PassDesign> MakeData(const FitCase& c) {
+  auto data = std::make_unique<PassDesign>();
+  data->Flank(kPersons, kPositiveOrientation);
+  data->Flank(kRaters, kNegativeOrientation);
+  data->Flank(kItems, kNegativeOrientation);
+  const int statement = data->Statement({"", "", ""});
+  for (int s = 0; s < c.scales; ++s) data->Structure(statement, data->Rating(Thresholds(c.top)));
+  data->Build();
+  data->scales.lowestCategory.assign(c.scales, 0);
+  std::mt19937 random(7);
+  std::normal_distribution<double> normal(0.0, 1.2);
+  for (ElementState& element : data->estimates.elements) {
+    element.ElementMeasure = Single(normal(random));
+  }
+  const std::int64_t each = kObservations / kPersons;
+  for (std::int64_t r = 0; r < kObservations; ++r) {
+    const auto person = c.order == Order::byPerson ? static_cast<std::int32_t>(r / each)
+                                                   : static_cast<std::int32_t>(random() % kPersons);
+    const auto n = static_cast<std::int32_t>(r % each);
+    const std::int32_t item = (person + n) % kItems;
+    data->Observe(
+        {1 + person, 1 + kPersons + (person + n / 5) % kRaters, 1 + kPersons + kRaters + item},
+        item % c.scales, static_cast<int>(random() % (static_cast<unsigned>(c.top) + 1)));
+  }
+  data->EndOfData();
+  FlankMeans(data->design, data->estimates);
+  return data;
+}
+
+// The data of the case at work; one case is held at a time.
+PassDesign& DataOf(const FitCase& c) {
+  static std::unique_ptr<PassDesign> kept;
+  static std::string keptName;
+  if (kept == nullptr || keptName != c.name) {
+    kept.reset();
+    kept = MakeData(c);
+    keptName = c.name;
+  }
+  return *kept;
+}
+
+void Finish(benchmark::State& state) {
+  state.SetItemsProcessed(state.iterations() * kObservations);
+}
+
+void Jmle(benchmark::State& state, const FitCase& c) {
+  PassDesign& data = DataOf(c);
+  ObservationReader reader(data.parts());
+  JmlePass pass(data.parts());
+  for (auto _ : state) {
+    ClearPassSums(data.estimates);
+    ClearScaleSums(Recount::notNeeded, data.scales);
+    pass.Run(reader, 0.0f);
+  }
+  Finish(state);
+}
+
+void Fit(benchmark::State& state, const FitCase& c) {
+  PassDesign& data = DataOf(c);
+  FitPass pass(data.parts(), FairKind::mean);
+  for (auto _ : state) {
+    if (!pass.Run()) state.SkipWithError("the recode tables contradict each other");
+  }
+  Finish(state);
+}
+
+const bool registered = [] {
+  static constexpr FitCase kCases[] = {{"5 categories, by person", Order::byPerson, 4, 1},
+                                       {"5 categories, random order", Order::random, 4, 1},
+                                       {"partial credit, by person", Order::byPerson, 4, 250},
+                                       {"dichotomies, by person", Order::byPerson, 1, 1}};
+  for (const FitCase& c : kCases) {
+    const auto add = [&](const char* form, auto function) {
+      const std::string name = "Fit/" + std::string(c.name) + "/" + form;
+      benchmark::RegisterBenchmark(name.c_str(), function, c)->Unit(benchmark::kMillisecond);
+    };
+    add("JMLE", Jmle);
+    add("Fit", Fit);
+  }
+  return true;
+}();
+
+}  // namespace
+}  // namespace flanks
