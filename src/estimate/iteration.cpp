@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "base/exponential.h"
 #include "base/single.h"
@@ -43,7 +44,7 @@ void StartEstimates(const Design& design, const Settings& settings, Estimates& e
   estimates.iteration = {};
   estimates.iteration.flankString = FirstFlankString(design);
   estimates.control.SpeedFactor = 1.0f;
-  estimates.control.NewtonValue = std::abs(settings.Newton);
+  estimates.control.NewtonValue = std::min(std::abs(settings.Newton), kLargestNewton);
   estimates.control.IterationLimit = settings.Iterations;
   estimates.ExponentLimit = settings.Hardware;
   estimates.TinyValue = Exponential(-settings.Hardware);
@@ -96,11 +97,13 @@ class Loop {
   CountingPass counting_;
   JmlePass jmle_;
   FlankSteps steps_;
-  float newtonStep_ = 0.0f;  // NewtonValue as this iteration began
+  std::vector<FlankLine> summaries_;  // of the iteration at work, in the order of the Flanks
+  float newtonStep_ = 0.0f;           // NewtonValue as this iteration began
   bool firstPass_ = true;
   bool endProx_ = false;  // the switch that ends PROX at the next iteration
   bool constraintsWarned_ = false;
   bool outOfRangeWarned_ = false;  // in this iteration
+  bool limitReached_ = false;      // `Iterations=` stopped the loop before it had converged
 };
 
 void Loop::RunIterations() {
@@ -109,6 +112,9 @@ void Loop::RunIterations() {
   }
   console_.clearFinishRequest();
   WriteTable3Foot(console_);
+  if (limitReached_)
+    console_.WarnLine("'Iterations=" + std::to_string(estimates_.control.IterationLimit) +
+                      "' reached.  'Iterations=0' removes limit");
   if (!Halted(run_)) state_.EstimationPhase = kPhaseFinished;
 }
 
@@ -136,7 +142,7 @@ bool Loop::Iteration() {
   StepThresholds();
   UpdateFlanks(ControlNow());
   ControlSpeed(before);
-  ReportIteration(console_, {design_, estimates_, scales_});
+  ReportIteration(console_, {design_, estimates_, scales_, summaries_});
   firstPass_ = false;
   state_.SecantDelta = std::max(kSmallestSecantDelta, std::abs(state_.changes.MaxLogitChange));
   return GoesOn() && !console_.YieldToWindow() && !console_.finishRequested();
@@ -197,13 +203,14 @@ StepControl Loop::ControlNow() const {
 }
 
 void Loop::UpdateFlanks(const StepControl& control) {
+  summaries_.clear();
   for (FlankNo flank : Upward(design_.flanks.FlankElementCount)) {
     if (design_.flanks.FlankElementCount[flank] == 0) continue;
     const FlankUpdate update =
         UpdateFlank({design_, flank, control, firstPass_}, estimates_, steps_);
     if (update.endProx) endProx_ = true;
     if (update.outOfRange.number() >= ElementSlot::first) WarnOutOfRange(update.outOfRange);
-    ReportFlankSummary(console_, design_.flanks.FlankName[flank], update.summary);
+    summaries_.push_back({flank, update.summary});
   }
 }
 
@@ -224,11 +231,8 @@ void Loop::ControlSpeed(const LargestChanges& before) {
 bool Loop::GoesOn() {
   const bool going = KeepsGoing(state_, limits_);
   state_.converged = !going;
-  const std::int32_t limit = estimates_.control.IterationLimit;
-  if (!LimitReached(state_, limit)) return going;
-  if (going)
-    console_.WarnLine("'Iterations=" + std::to_string(limit) +
-                      "' reached.  'Iterations=0' removes limit");
+  if (!LimitReached(state_, estimates_.control.IterationLimit)) return going;
+  limitReached_ = going;
   return false;
 }
 

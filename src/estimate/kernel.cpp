@@ -299,6 +299,10 @@ void FillDiscriminatedSteps(double discrimination, KernelScale& scale) {
 
 }  // namespace
 
+// The shift of the exponents does not show in the probabilities, so a larger limit of the user's
+// need not overflow the 32-bit exponential: exp(88) is the largest power below its end.
+constexpr float kLargestExponent = 88.0f;
+
 void SetUpKernelScale(ScaleType type, int top, std::span<const float> thresholds,
                       std::span<const std::int16_t> flags, float exponentLimit,
                       KernelScale& scale) {
@@ -309,7 +313,7 @@ void SetUpKernelScale(ScaleType type, int top, std::span<const float> thresholds
   scale.top = top;
   scale.filled = poisson ? PoissonFilled(top) : top;
   scale.varianceBound = poisson ? PoissonVarianceBound(top) : top;
-  scale.exponentLimit = exponentLimit;
+  scale.exponentLimit = std::min(exponentLimit, kLargestExponent);
   scale.closedForm = !rating && thresholds[0] == 1.0f;  // exactly
   const auto cells = static_cast<std::size_t>(scale.filled) + 1;
   scale.step.assign(cells, 0.0);

@@ -12,7 +12,7 @@ void CutPassSums(Estimates& estimates) {
     ElementState& element = estimates.elements[e];
     if (!std::isfinite(element.ExpectedSum) || !std::isfinite(element.ShiftedExpected) ||
         !std::isfinite(element.Information))
-      throw std::overflow_error("arithmetic overflow in the sums of an element (Hardware=)");
+      throw std::overflow_error("a sum of an element is not finite");
     element.Information = Single(element.Information);
   }
 }

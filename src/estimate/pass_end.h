@@ -9,7 +9,8 @@
 namespace flanks {
 
 // Cuts each element's Information to 32 bits; the expected scores stay 64-bit.  Throws
-// std::overflow_error when a sum is not finite: an exponent limit above 83 let a total overflow.
+// std::overflow_error when a sum is not finite, which no measure and no threshold of ours can
+// cause.
 void CutPassSums(Estimates& estimates);
 
 }  // namespace flanks

@@ -84,6 +84,11 @@ std::string ElementName(const Design& design, ElementSlot slot) {
          design.elements.ElementLabel[slot];
 }
 
+// The row's own fraction: the largest one may be another element's or category's.
+double PerCent(double residual, double whole) {
+  return whole > 0.0 ? 100.0 * residual / whole : 0.0;
+}
+
 // The element with the largest score residual, as its scores stood before the step.
 std::string LargestElementLine(const Table3Input& input) {
   const IterationState& iteration = input.estimates.iteration;
@@ -95,7 +100,7 @@ std::string LargestElementLine(const Table3Input& input) {
   line.EditDouble(scores.ObservedScore);
   line.EditDouble(input.estimates.elements[slot].ExpectedSum);
   line.EditDouble(changes.MaxScoreResidual);
-  line.EditDouble(100.0 * changes.MaxScoreFraction);
+  line.EditDouble(PerCent(changes.MaxScoreResidual, scores.MaxScore));
   line.EditSingle(input.estimates.elements[slot].ElementMeasure);
   line.EditSingle(scores.StepWeight);
   return line.Finish();
@@ -108,10 +113,11 @@ std::string LargestCategoryLine(const Table3Input& input) {
   EditLine line(kLargestCategory);
   line.EditString(JoinNumber("Scale:", scale.number() + 1) + " category " +
                   std::to_string(input.scales.rawCategory.at(scale, category)));
-  line.EditDouble(input.scales.ObservedCount.at(scale, category));
+  const double observed = input.scales.ObservedCount.at(scale, category);
+  line.EditDouble(observed);
   line.EditDouble(input.scales.ExpectedCount.at(scale, category));
   line.EditDouble(changes.MaxCategoryResidual);
-  line.EditDouble(100.0 * changes.MaxCategoryFraction);
+  line.EditDouble(PerCent(changes.MaxCategoryResidual, observed));
   return line.Finish();
 }
 
@@ -178,6 +184,8 @@ void ReportIteration(Console& console, const Table3Input& input) {
   const IterationState& iteration = input.estimates.iteration;
   LongFormLine(console, IterationHeader(iteration));
   ReportLargest(console, input);
+  for (const FlankLine& line : input.flanks)
+    ReportFlankSummary(console, input.design.flanks.FlankName[line.flank], line.summary);
   const std::string detail = IterationDetail(iteration);
   console.WriteOutput(detail);
   if (console.settings().T3onscreen != "N") console.ShowLine(detail);

@@ -8,6 +8,7 @@
 #ifndef FLANKS_ESTIMATE_TABLE3_H
 #define FLANKS_ESTIMATE_TABLE3_H
 
+#include <span>
 #include <string>
 
 #include "estimate/flank_update.h"
@@ -24,11 +25,18 @@ void WriteTable3Head(Console& console);
 // The rule below the last iteration.
 void WriteTable3Foot(Console& console);
 
+// A Flank's measures after its update.
+struct FlankLine {
+  FlankNo flank;
+  FlankSummary summary;
+};
+
 // What the long form shows of an iteration beside its state.
 struct Table3Input {
   const Design& design;
   const Estimates& estimates;
   const ScaleTables& scales;
+  std::span<const FlankLine> flanks = {};
 };
 
 // The report of the iteration just made: the detail line, and the long form where it is asked for.

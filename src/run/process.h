@@ -14,6 +14,9 @@ constexpr int kStopProcess = 2;     // StopState: everything unwinds without out
 constexpr int kExitFault = 1;       // exit status of a run that a fault ended
 constexpr int kExitCancelled = 51;  // exit status of a run that the user broke off
 
+// The ceiling of NewtonValue: whole Newton steps.  Longer ones overshoot and need never end.
+constexpr float kLargestNewton = 1.0f;
+
 // The three numbers that a key may change during a run.
 struct IterationControl {
   float SpeedFactor = 1.0f;

@@ -10,8 +10,6 @@ constexpr int kPauseWaitMilliseconds = 100;
 constexpr char kKeyCtrlF = '\x06';
 constexpr char kKeyCtrlG = '\x07';
 
-constexpr float kLargestNewton = 1.0f;
-
 void Faster(IterationControl& steering) {
   if (steering.NewtonValue == 0.0f)
     steering.SpeedFactor *= 1.5f;

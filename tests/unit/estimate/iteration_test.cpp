@@ -119,6 +119,27 @@ TEST(Iterate, NewtonRaphsonReachesTheSameMeasures) {
                 newton.analysis.estimates.elements[e].ElementMeasure, .002);
 }
 
+TEST(Iterate, LongerThanWholeNewtonStepsAreWholeOnes) {
+  const Loop loop("Newton=3\nIterations=2000");
+  EXPECT_EQ(loop.analysis.estimates.control.NewtonValue, 1.0f);
+  EXPECT_TRUE(loop.state().converged) << "after " << loop.state().IterationNumber;
+}
+
+TEST(Iterate, AnExponentLimitBeyondThirtyTwoBitsGivesTheSameMeasures) {
+  const Loop usual("Iterations=30");
+  const Loop beyond("Iterations=30\nHardware=100");
+  ASSERT_EQ(beyond.exitCode, 0) << beyond.Screen();
+  for (ElementSlot e : Upward(usual.analysis.estimates.elements))
+    EXPECT_NEAR(usual.analysis.estimates.elements[e].ElementMeasure,
+                beyond.analysis.estimates.elements[e].ElementMeasure, 1e-3);
+}
+
+TEST(Iterate, TheLimitIsSaidBelowTheBox) {
+  const std::string report = Loop("Iterations=5\nConvergence=.0000001,.0000001").Report();
+  const std::size_t rule = report.rfind("+-----", report.find("Table 7.1.1"));
+  EXPECT_LT(rule, report.find("'Iterations=5' reached."));
+}
+
 TEST(Iterate, CtrlFEndsItAtTheNextCleanStateAndTheRunGoesOn) {
   AnalysisRun run;
   run.Write("data.txt", kData);

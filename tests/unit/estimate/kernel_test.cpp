@@ -192,10 +192,14 @@ TEST(Kernel, AcceptsExponentLimitsWhoseTotalLeavesThirtyTwoBits) {
   EXPECT_NEAR(result.expected, 10.0, 1E-5);
 }
 
-TEST(Kernel, ShowsAnInfiniteTotalInItsResults) {
-  TestScale scale = Rating({0.0f, 0.0f});
+TEST(Kernel, TakesALargerLimitAsTheLargestThatThirtyTwoBitsHold) {
+  TestScale scale = Rating({-1.0f, 1.0f});
+  scale.limit = 88.0f;
+  const Evaluated largest = Evaluate(scale, .5f);
   scale.limit = 200.0f;
-  EXPECT_FALSE(std::isfinite(Evaluate(scale, 0.0f).expected));
+  const Evaluated beyond = Evaluate(scale, .5f);
+  EXPECT_EQ(beyond.expected, largest.expected);
+  EXPECT_EQ(beyond.p, largest.p);
 }
 
 // Scales of every kind for the comparison of bits.
