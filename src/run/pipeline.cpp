@@ -160,6 +160,16 @@ void CloseRun(Run& run, std::int64_t milliseconds) {
     run.console.ShowFlagged("The report \"" + report.fileName + "\" is not complete.");
 }
 
+// The one line that tells the pending fault, on the screen and in the report.
+void ReportFault(Console& console, const ReadState& reading) {
+  console.WarnLine(FaultLine(reading.FaultCode, reading.fault));
+}
+
+// `Beep=`: the end of the run is heard as well.
+void SoundBell(Run& run) {
+  if (run.analysis.settings.Beep) run.console.ShowPart("\a");
+}
+
 // A run that a fault or the user ended: the fault is reported once, the estimates are not offered.
 int HaltRun(Run& run) {
   ReadState& reading = run.analysis.reading;
@@ -172,7 +182,7 @@ int HaltRun(Run& run) {
     control.CancelRequested = false;  // what follows is to be written
   }
   run.analysis.report.switchedOff = false;
-  run.console.WarnLine(FaultLine(reading.FaultCode, reading.fault));
+  ReportFault(run.console, reading);
   reading.FaultCode = Fault::none;
   run.analysis.report.closingNotes.clear();
   run.console.ShowLine("Execution halted");
@@ -206,8 +216,13 @@ int RunAnalysis(Process& process, Analysis& analysis, World world, const std::st
   if (noFileNamed) return 0;  // without a window nobody can choose one
   if (!Halted(run)) RunSteps(kAnalysisSteps, run);
   if (IsStopping(process.control)) return kExitFault;
-  if (Halted(run)) return HaltRun(run);
+  if (Halted(run)) {
+    const int exitCode = HaltRun(run);
+    SoundBell(run);
+    return exitCode;
+  }
   CloseRun(run, world.shell.Milliseconds() - start);
+  SoundBell(run);
   // A script must see that the report is not what it should be.
   return analysis.report.writeFailed ? kExitFault : process.control.ExitCode;
 }

@@ -26,6 +26,7 @@ extern "C" void OnInterrupt(int) {
 
 constexpr std::string_view kFlaggedColour = "\x1b[33m";
 constexpr std::string_view kPlainColour = "\x1b[0m";
+constexpr std::string_view kBell = "\a";
 constexpr std::string_view kOverwriteLine = "\r\x1b[K";
 
 bool OverwritesInPlace(std::string_view text) {
@@ -92,8 +93,10 @@ void ConsoleShell::DoAppendOutput(std::string_view line) {
 
 void ConsoleShell::DoShowProgress(std::string_view piece) {
   Print(piece);
-  lineOpen_ = piece.empty() ? lineOpen_ : piece.back() != '<';
-  if (!lineOpen_) Print("\n");
+  if (piece != kBell) {  // which takes no place
+    lineOpen_ = piece.empty() ? lineOpen_ : piece.back() != '<';
+    if (!lineOpen_) Print("\n");
+  }
   std::fflush(out_);
 }
 

@@ -112,6 +112,18 @@ TEST(Pipeline, ABrokenOffRunSaysSo) {
   EXPECT_TRUE(Holds(run.Screen(), "Execution halted"));
 }
 
+TEST(Pipeline, TheEndIsHeardWithBeep) {
+  AnalysisRun run;
+  ASSERT_EQ(run.Analyze(kSpecification, "Beep=Y"), 0);
+  EXPECT_EQ(run.shell.progress.back(), '\a');
+  AnalysisRun halted;
+  ASSERT_EQ(halted.Analyze("Beep=Y\nFlanks=2\n"), 1);
+  EXPECT_EQ(halted.shell.progress.back(), '\a');
+  AnalysisRun silent;
+  ASSERT_EQ(silent.Analyze(kSpecification), 0);
+  EXPECT_EQ(silent.shell.progress.find('\a'), std::string::npos);
+}
+
 TEST(Pipeline, AMalformedNumberEndsTheProcess) {
   AnalysisRun run;
   EXPECT_EQ(run.Analyze("Uscale=1E2\n"), 1);
