@@ -77,10 +77,6 @@ struct FlankTable {
 inline bool IsPositive(const FlankTable& flanks, FlankNo flank) {
   return flanks.FlankOrientation[flank] == kPositiveOrientation;
 }
-// +1 for a positive Flank, -1 for a negative one.
-inline int FlankSign(const FlankTable& flanks, FlankNo flank) {
-  return IsPositive(flanks, flank) ? 1 : -1;
-}
 
 // Data positions, active positions and Flanks.
 struct EntryMaps {

@@ -3,7 +3,7 @@
 // A helper that finds a fault returns it; the reader that called it puts it into
 // `ReadState::FaultCode` through `SetFault` with the particulars that its words need; the step loop
 // reports it once (`ReportFault`) and sends the run to its end.  The reported line always ends in
-// "Error F" and the code.  docs/messages.md tells the user what each means.
+// "Error F" and the code.
 //
 // Tested by tests/unit/run/faults_test.cpp.
 #ifndef FLANKS_RUN_FAULTS_H
@@ -110,7 +110,7 @@ std::string FaultWords(Fault fault, const FaultParticulars& particulars);
 // The whole line: `[text ][name is: ]words: [N in line ]Error Fcode`.
 std::string FaultLine(Fault fault, const FaultParticulars& particulars);
 
-// Every code that has words, in ascending order (for docs/messages.md and the tests).
+// Every code that has words, in ascending order (for the tests).
 std::vector<Fault> AllFaults();
 
 // The reader's place: the line at work and the pending fault.

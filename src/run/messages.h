@@ -3,7 +3,7 @@
 // A Warning goes on with an assumption, a Check doubts a datum, a Failure stops the run through
 // Console::FailureStop.  Their words stand here and nowhere else (the formatter's own Failures,
 // which know no run, stand beside their check in report/format/).  Where a number follows, it is
-// joined by JoinNumber.  docs/messages.md tells the user what each means.
+// joined by JoinNumber.
 #ifndef FLANKS_RUN_MESSAGES_H
 #define FLANKS_RUN_MESSAGES_H
 

@@ -4,7 +4,7 @@
 // lines overwrite each other; elsewhere the text is plain.  The interrupt signal (Ctrl+C) only
 // raises a flag that the run looks at in Pump; a second one ends the process at once.
 //
-// Tested by tests/unit/shell/console_shell_test.cpp and tests/damage/interrupt_test.cpp.
+// Tested by tests/unit/shell/console_shell_test.cpp and tests/damage/broken_off_test.cpp.
 #ifndef FLANKS_SHELL_CONSOLE_SHELL_H
 #define FLANKS_SHELL_CONSOLE_SHELL_H
 

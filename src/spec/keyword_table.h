@@ -13,7 +13,7 @@
 // keyword in the file; a second one in the file is shown and ignored, but for `Labels=` and for a
 // `Flanks=` that disagrees, which are faults.
 //
-// Tested by tests/unit/spec/keyword_table_test.cpp; docs/keywords.md tells the user.
+// Tested by tests/unit/spec/keyword_table_test.cpp.
 #ifndef FLANKS_SPEC_KEYWORD_TABLE_H
 #define FLANKS_SPEC_KEYWORD_TABLE_H
 

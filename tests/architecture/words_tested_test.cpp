@@ -86,5 +86,21 @@ TEST(WordsTested, EveryKeyword) {
   }
 }
 
+// A header's comment names the test that exercises it: that file is there, and so is each page.
+TEST(WordsTested, EveryFileThatACommentNames) {
+  const std::filesystem::path top = FLANKS_SOURCE_DIR;
+  const std::regex named("\\b(?:tests|bench|docs)/[a-zA-Z0-9_/.-]+\\.(?:cpp|h|md|txt)\\b");
+  int found = 0;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(top / "src")) {
+    if (entry.is_directory()) continue;
+    const std::string text = ReadFile(entry.path());
+    for (std::sregex_iterator it(text.begin(), text.end(), named), end; it != end; ++it) {
+      EXPECT_TRUE(std::filesystem::exists(top / it->str())) << entry.path() << " " << it->str();
+      ++found;
+    }
+  }
+  EXPECT_GT(found, 80);
+}
+
 }  // namespace
 }  // namespace flanks
