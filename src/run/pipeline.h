@@ -12,6 +12,7 @@
 
 #include "run/analysis.h"
 #include "run/process.h"
+#include "run/run.h"
 #include "run/shell_interface.h"
 
 namespace flanks {
@@ -27,6 +28,10 @@ struct World {
 // `analysis` is reset first and holds the finished analysis afterwards.  May be called again in the
 // same process.  ProcessEnd passes through.
 int RunAnalysis(Process& process, Analysis& analysis, World world, const std::string& commandLine);
+
+// Step, before the report is opened: reports a pending fault, which without batch mode is a
+// Failure, and yields to the window.
+void CheckFault(Run& run);
 
 }  // namespace flanks
 

@@ -49,29 +49,16 @@ void SetCommandLineFault(Run& run, Fault fault, std::string_view text) {
   SetFault(run.analysis.reading, fault, std::move(particulars));
 }
 
-// The files in their order; null for one that this version does not write.
+// The files in their order; further names are dropped.
 void TakeFileNames(Run& run, const std::vector<std::string>& names) {
   Settings& settings = run.analysis.settings;
-  struct Place {
-    std::string& name;
-    std::string_view notBuilt;
-  };
-  const Place places[] = {{settings.specificationFile, ""},
-                          {settings.OutputFile, ""},
-                          {settings.AnchorFile, "an anchor output file (the third file name)"},
-                          {settings.ResidualFile, "a residual output file (the fourth file name)"},
-                          {settings.GraphFile, "a graph output file (the fifth file name)"}};
+  std::string* const places[] = {&settings.specificationFile, &settings.OutputFile,
+                                 &settings.AnchorFile, &settings.ResidualFile, &settings.GraphFile};
   for (std::size_t i = 0; i < names.size() && i < std::size(places); ++i) {
     if (names[i].empty()) continue;
     if (const Fault fault = CheckFileName(names[i]); fault != Fault::none)
       return SetCommandLineFault(run, fault, InQuotes(names[i]));
-    if (!places[i].notBuilt.empty()) {
-      FaultParticulars particulars = TextAtFault(InQuotes(names[i]));
-      particulars.name = kCommandLineName;
-      particulars.value = std::string(places[i].notBuilt) + "; please take it out";
-      return SetFault(run.analysis.reading, Fault::notBuiltYet, std::move(particulars));
-    }
-    places[i].name = names[i];
+    *places[i] = names[i];
   }
 }
 

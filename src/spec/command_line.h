@@ -43,7 +43,7 @@ ExtraList CutExtraSpecifications(std::string_view text);
 
 // Step: reads the command line and looks for the Specification file.  No file named: nothing is
 // set, and the run is to end.  Faults, named "Command line": those above, badFileName,
-// fileNotFound, fileNotFoundInBatch, notBuiltYet.
+// fileNotFound, fileNotFoundInBatch.
 void ReadCommandLine(Run& run);
 
 // Step: applies the Extra specifications.  Faults: those of their handlers.

@@ -447,34 +447,4 @@ void SetQuoteMarks(SpecContext& context) {
   context.settings.OutputQuote = known == kMarks.end() ? Value(context) : std::string(known->mark);
 }
 
-// ---- What is asked for
-
-bool AsksAlways(const SpecContext&) {
-  return true;
-}
-
-bool AsksWithValue(const SpecContext& context) {
-  return !Value(context).empty() || context.reading.FieldCount > 1;
-}
-
-bool AsksUnlessNo(const SpecContext& context) {
-  return AsksWithValue(context) && Letter(context) != 'N';
-}
-
-bool AsksAboveZero(const SpecContext& context) {
-  return ParseInteger(Value(context), std::numeric_limits<std::int32_t>::max()).value > 0;
-}
-
-bool AsksForBiserial(const SpecContext& context) {
-  return IsOneOf(Letter(context), "YBPOIA");
-}
-
-bool AsksForSubsetReport(const SpecContext& context) {
-  return IsOneOf(Letter(context), "RL");
-}
-
-bool AsksForMoreFiles(const SpecContext& context) {
-  return !Value(context, 2).empty() || !Value(context, 3).empty() || !Value(context, 4).empty();
-}
-
 }  // namespace flanks

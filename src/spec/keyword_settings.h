@@ -79,15 +79,6 @@ void SetCsv(SpecContext& context);
 void SetHeadingLines(SpecContext& context);
 void SetQuoteMarks(SpecContext& context);
 
-// Whether the value asks for what a version without it must refuse.
-bool AsksAlways(const SpecContext& context);
-bool AsksWithValue(const SpecContext& context);
-bool AsksUnlessNo(const SpecContext& context);         // any value but one that begins with N
-bool AsksAboveZero(const SpecContext& context);        // a number above 0 first
-bool AsksForBiserial(const SpecContext& context);      // any value but M and what counts as N
-bool AsksForSubsetReport(const SpecContext& context);  // R, L
-bool AsksForMoreFiles(const SpecContext& context);     // a second name or more
-
 }  // namespace flanks
 
 #endif  // FLANKS_SPEC_KEYWORD_SETTINGS_H

@@ -20,60 +20,52 @@ namespace {
 
 using namespace keyword_code;
 
-constexpr std::string_view kBiserial = "point-biserial correlations; use M or N";
-constexpr std::string_view kGroups = "labels of element groups";
-constexpr std::string_view kQuotedOutput = "output data files";
-constexpr std::string_view kResiduals = "the residual output file";
-constexpr std::string_view kTable4 = "Table 4, the unexpected responses";
-constexpr std::string_view kTable6 = "Table 6, the rulers";
-constexpr std::string_view kTable8 = "Table 8, the categories of the scales";
-
 // The first row that fits wins: three letters, two, one.
 constexpr KeywordRow kRows[] = {
     {"BAT", 41, "Batch=", SetBatch},
     {"BAD", 2, "Bias=", SetBias},
     {"BOX", 64, "Box=", SetBox},
-    {"POI", 7, "Pt-biserial=", SetPtBiserial, kBiserial, AsksForBiserial},
+    {"POI", 7, "Pt-biserial=", SetPtBiserial},
     {"NEW", 55, "Newton=", SetNewton},
     {"FAI", 40, "Fair=", SetFair},
     {"REP", 61, "Replication=", SetReplication},
-    {"RES", 37, "Residualfile=", SetResidualfile, kResiduals, AsksWithValue},
-    {"USO", 28, "Usort=", SetUsort, kTable4, AsksWithValue},
+    {"RES", 37, "Residualfile=", SetResidualfile},
+    {"USO", 28, "Usort=", SetUsort},
     {"USC", 58, "Uscale=", SetUscale},
     {"REV", 67, "Reversed=", SetReversed},
 
-    {"PT", 7, "Pt-biserial=", SetPtBiserial, kBiserial, AsksForBiserial},
+    {"PT", 7, "Pt-biserial=", SetPtBiserial},
     {"ES", 5, "Entered-in-data=", SetEnteredInData},
     {"NU", 11, "Null=", SetNull},
     {"CE", 14, "Center=", SetCenter},
     {"NE", 16, "Negative=", SetNegative},
-    {"SC", 27, "Scorefile=", SetScorefile, "the score output file", AsksWithValue},
+    {"SC", 27, "Scorefile=", SetScorefile},
     {"UM", 29, "Umean=", SetUmean},
-    {"BA", 30, "Barchart=", SetBarchart, kTable8, AsksUnlessNo},
+    {"BA", 30, "Barchart=", SetBarchart},
     {"LE", 31, "Left-hand=", SetLeftHand},
     {"MI", 32, "Missing=", SetMissing},
     {"HS", 33, "HS="},
-    {"SU", 34, "Subsets=", SetSubsets, "lists of subsets; use Y or N", AsksForSubsetReport},
-    {"GR", 35, "Graphfile=", SetGraphfile, "the graph output file", AsksWithValue},
-    {"AN", 36, "Anchorfile=", SetAnchorfile, "the anchor output file", AsksWithValue},
-    {"YN", 37, "Residualfile=", SetResidualfile, kResiduals, AsksWithValue},
-    {"CS", 38, "CSV=", SetCsv, kQuotedOutput, AsksWithValue},
+    {"SU", 34, "Subsets=", SetSubsets},
+    {"GR", 35, "Graphfile=", SetGraphfile},
+    {"AN", 36, "Anchorfile=", SetAnchorfile},
+    {"YN", 37, "Residualfile=", SetResidualfile},
+    {"CS", 38, "CSV=", SetCsv},
     {"BE", 39, "Beep=", SetBeep},
-    {"IN", 42, "Inter-rater=", SetInterRater, "agreement between raters; use 0", AsksAboveZero},
+    {"IN", 42, "Inter-rater=", SetInterRater},
     {"WH", 43, "Whexact=", SetWhexact},
-    {"HE", 44, "Heading lines=", SetHeadingLines, kQuotedOutput, AsksWithValue},
-    {"HL", 44, "Heading lines=", SetHeadingLines, kQuotedOutput, AsksWithValue},
-    {"DV", 45, "Dvalues=", SetDvalues, "values of data positions", AsksAlways},
-    {"SI", 46, "Simulated=", SetSimulated, "the simulated data file", AsksWithValue},
+    {"HE", 44, "Heading lines=", SetHeadingLines},
+    {"HL", 44, "Heading lines=", SetHeadingLines},
+    {"DV", 45, "Dvalues=", SetDvalues},
+    {"SI", 46, "Simulated=", SetSimulated},
     {"OM", 47, "Omit-unobserved=", SetOmitUnobserved},
-    {"QM", 48, "QM=", SetQuoteMarks, kQuotedOutput, AsksWithValue},
+    {"QM", 48, "QM=", SetQuoteMarks},
     {"TO", 49, "Totalscore=", SetTotalscore},
-    {"T4", 50, "T4MAX=", SetT4MAX, kTable4, AsksWithValue},
+    {"T4", 50, "T4MAX=", SetT4MAX},
     {"TA", 51, "Tables=", SetTables},
     {"AS", 52, "ASCII=", SetAscii},
     {"T3", 53, "T3onscreen=", SetT3onscreen},
-    {"T8", 54, "T8NBC=", SetT8NBC, kTable8, AsksWithValue},
-    {"GL", kGlabel, "Glabel=", ReadGroupLabels, kGroups, AsksAlways},
+    {"T8", 54, "T8NBC=", SetT8NBC},
+    {"GL", kGlabel, "Glabel=", ReadGroupLabels},
     {"DE", 57, "Delements=", SetDelements},
     {"UD", 59, "Udecimals=", SetUdecimals},
     {"SH", 60, "Show-unobserved=", SetShowUnobserved},
@@ -87,7 +79,7 @@ constexpr KeywordRow kRows[] = {
     {"D", kData, "Data=", SetData},
     {"E", kEnteredInData, "Entered-in-data=", SetEnteredInData},
     {"F", kFlanks, "Flanks=", SetFlanks},
-    {"G", 7, "Pt-biserial=", SetPtBiserial, kBiserial, AsksForBiserial},
+    {"G", 7, "Pt-biserial=", SetPtBiserial},
     {"H", 8, "Hardware=", SetHardware},
     {"I", 9, "Iterations=", SetIterations},
     {"J", 10, "Juxtapose=", SetJuxtapose},
@@ -95,18 +87,18 @@ constexpr KeywordRow kRows[] = {
     {"L", kLabels, "Labels=", CopyLabels},
     {"M", 13, "Models=", ReadModels},
     {"N", 14, "Noncenter=", SetNoncenter},
-    {"O", kOutput, "Output=", SetOutput, "output files beside the report", AsksForMoreFiles},
+    {"O", kOutput, "Output=", SetOutput},
     {"P", 16, "Positive=", SetPositive},
     {"Q", 17, "Query=", SetQuery},
     {"R", kRatingScale, "Rating (or partial credit) scale=", ReadRatingScale},
     {"S", 19, "Standard errors=", SetStandardErrors},
     {"T", 20, "Title=", SetTitle},
-    {"U", 21, "Unexpected=", SetUnexpected, kTable4, AsksWithValue},
-    {"V", 22, "Vertical=", SetVertical, kTable6, AsksUnlessNo},
+    {"U", 21, "Unexpected=", SetUnexpected},
+    {"V", 22, "Vertical=", SetVertical},
     {"W", 23, "Write=", SetWrite},
     {"X", 24, "Xtreme=", SetXtreme},
-    {"Y", 25, "Yardstick=", SetYardstick, kTable6, AsksWithValue},
-    {"Z", 26, "Zscore=", SetZscore, "the bias Tables", AsksWithValue},
+    {"Y", 25, "Yardstick=", SetYardstick},
+    {"Z", 26, "Zscore=", SetZscore},
 };
 
 std::size_t SeenIndex(int code) {
@@ -133,13 +125,6 @@ void PassOver(SpecContext& context, const KeywordRow& row) {
   NoteDuplicate(context);
   if (row.code == kData && reading.Fields[1].empty() && !context.state.ReadingExtras)
     context.state.EndOfSpecification = true;
-}
-
-void Refuse(SpecContext& context, const KeywordRow& row) {
-  FaultParticulars particulars;
-  particulars.value =
-      std::string(row.keyword) + " (" + std::string(row.notBuilt) + "); please take it out";
-  SetFault(context.reading, Fault::notBuiltYet, std::move(particulars));
 }
 
 void NotUnderstood(SpecContext& context) {
@@ -178,7 +163,6 @@ void ApplySpecification(SpecContext& context) {
   if (row == nullptr) return NotUnderstood(context);
   if (WhereSeen(state, row->code) != SeenIn::nowhere) return PassOver(context, *row);
   MarkSeen(state, row->code, state.ReadingExtras ? SeenIn::extras : SeenIn::file);
-  if (!row->notBuilt.empty() && row->asksForIt(context)) return Refuse(context, *row);
   if (row->handler != nullptr) row->handler(context);
 }
 

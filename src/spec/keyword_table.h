@@ -5,9 +5,8 @@
 // fits wins: "Iterations" is "I", "Inter-rater" is "IN".  So every word that begins with F and not
 // with FAI is `Flanks=`.
 //
-// A row has the keyword's code, its name, its handler and what of its effect this version does not
-// have.  A keyword with such words is refused by name when its value asks for that effect; nothing
-// is ever silently ignored.  To add the effect, take the two last cells out of the row.
+// A row has the keyword's code, its name and its handler.  docs/keywords.md tells users what each
+// takes and sets.
 //
 // A keyword counts only once.  Extra specifications come first and so take the place of the same
 // keyword in the file; a second one in the file is shown and ignored, but for `Labels=` and for a
@@ -29,9 +28,6 @@ struct KeywordRow {
   int code = 0;             // position in SeenCodes, from 1; shared by all rows of a setting
   std::string_view keyword;
   KeywordHandler handler = nullptr;  // null: the keyword is taken and ignored
-  // What this version does not have, and whether the value in Fields asks for it.
-  std::string_view notBuilt = {};
-  bool (*asksForIt)(const SpecContext&) = nullptr;
 };
 
 // All rows in the order in which they are tried.
@@ -41,7 +37,7 @@ std::span<const KeywordRow> KeywordRows();
 const KeywordRow* ResolveKeyword(std::string_view upperWord);
 
 // Applies the specification in reading.Fields.  Faults: notSpecificationValue, labelsTwice,
-// flanksConflict, notBuiltYet, and those of the handler.
+// flanksConflict, and those of the handler.
 void ApplySpecification(SpecContext& context);
 
 // The mark of a keyword in SeenCodes.

@@ -1,7 +1,12 @@
 #include "spec/output_names.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "spec/file_names.h"
@@ -18,22 +23,81 @@ bool ReplacesSpecification(const Run& run, const std::string& output) {
                      [&output](const std::string& name) { return SameFile(output, name); });
 }
 
+bool ReplacesData(const Settings& settings, const std::string& output) {
+  return settings.dataSource == DataSource::file &&
+         SameFile(output, FindFileToRead(settings.dataFile, settings.specificationFile));
+}
+
+// The files that are written under the names they were given.  The Score file is not among them:
+// each of its files has the number of a Flank in its name.
+std::vector<const std::string*> OutputNames(const Settings& settings) {
+  std::vector<const std::string*> names;
+  for (const std::string* name :
+       {&settings.OutputFile, &settings.AnchorFile, &settings.ResidualFile, &settings.GraphFile,
+        &settings.SimulatedFile})
+    if (!name->empty()) names.push_back(name);
+  return names;
+}
+
+void SetIncompatible(ReadState& reading, const std::string& name) {
+  FaultParticulars particulars;
+  particulars.name = kSpecificationName;
+  particulars.value = InQuotes(name);
+  particulars.lineNumber = kNoLineNumber;  // the two names stand in different lines
+  SetFault(reading, Fault::incompatibleFileUse, std::move(particulars));
+}
+
+// Whether the file can be written, with the system's words when it cannot.  Its contents stay, and
+// a file that was not there is not left behind: what will be written is written later.
+bool CanBeWritten(const std::string& name, std::string& reason) {
+  std::error_code ignored;
+  const bool wasThere = std::filesystem::exists(name, ignored);
+  errno = 0;
+  std::ofstream file(name, std::ios::binary | std::ios::app);
+  if (!file.is_open()) {
+    reason = std::strerror(errno);
+    return false;
+  }
+  file.close();
+  if (!wasThere) std::filesystem::remove(name, ignored);
+  return true;
+}
+
 }  // namespace
 
 void SettleOutputNames(Run& run) {
   Settings& settings = run.analysis.settings;
   if (settings.OutputFile.empty())
     settings.OutputFile = DefaultOutputName(settings.specificationFile);
-  const std::string& output = settings.OutputFile;
-  const bool replacesData =
-      settings.dataSource == DataSource::file &&
-      SameFile(output, FindFileToRead(settings.dataFile, settings.specificationFile));
-  if (!replacesData && !ReplacesSpecification(run, output)) return;
-  FaultParticulars particulars;
-  particulars.name = kSpecificationName;
-  particulars.value = InQuotes(output);
-  particulars.lineNumber = kNoLineNumber;  // the two names stand in different lines
-  SetFault(run.analysis.reading, Fault::incompatibleFileUse, std::move(particulars));
+  const std::vector<const std::string*> names = OutputNames(settings);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const std::string& name = *names[i];
+    const bool replacesOutput =
+        std::any_of(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(i),
+                    [&name](const std::string* former) { return SameFile(name, *former); });
+    if (replacesOutput || ReplacesData(settings, name) || ReplacesSpecification(run, name))
+      return SetIncompatible(run.analysis.reading, name);
+  }
+}
+
+void OpenFurtherOutputFiles(Run& run) {
+  struct Output {
+    std::string_view words;
+    std::string& name;
+  };
+  Settings& settings = run.analysis.settings;
+  const Output outputs[] = {{"Opening residual output file: ", settings.ResidualFile},
+                            {"Opening anchor output file: ", settings.AnchorFile},
+                            {"Validating graphing output file=", settings.GraphFile}};
+  for (const Output& output : outputs) {
+    if (output.name.empty()) continue;
+    run.console.ShowLine(std::string(output.words) + InQuotes(output.name));
+    std::string reason;
+    if (CanBeWritten(output.name, reason)) continue;
+    run.console.WarnLine("Failure opening output file: " + InQuotes(output.name) + " (" + reason +
+                         ")");
+    output.name.clear();
+  }
 }
 
 }  // namespace flanks

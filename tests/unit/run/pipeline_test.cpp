@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/analysis_run.h"
+#include "support/spec_run.h"
 
 namespace flanks {
 namespace {
@@ -122,6 +123,24 @@ TEST(Pipeline, TheEndIsHeardWithBeep) {
   AnalysisRun silent;
   ASSERT_EQ(silent.Analyze(kSpecification), 0);
   EXPECT_EQ(silent.shell.progress.find('\a'), std::string::npos);
+}
+
+TEST(CheckFault, MakesAFailureOfAPendingFaultUnlessInBatchMode) {
+  SpecRun quiet;
+  CheckFault(quiet.run);
+  EXPECT_EQ(quiet.shell.Screen(), "");
+  for (const bool batch : {false, true}) {
+    SpecRun test;
+    test.analysis.settings.Batch = batch;
+    test.analysis.reading.CurrentLine = "Flanks=x";
+    SetFault(test.analysis.reading, Fault::notNumeric);
+    CheckFault(test.run);
+    EXPECT_EQ(test.shell.Screen(), "Non-numeric datum treated as missing: Error F22\n");
+    EXPECT_EQ(IsStopping(test.process.control), !batch);
+    EXPECT_EQ(test.dialogs.boxes.empty(), batch);
+    if (test.dialogs.boxes.empty()) continue;
+    EXPECT_TRUE(Holds(test.dialogs.boxes.front(), "Problem ...: Flanks=x"));
+  }
 }
 
 TEST(Pipeline, AMalformedNumberEndsTheProcess) {

@@ -85,9 +85,12 @@ struct StepRun : SpecRun {
 };
 
 TEST(ReadCommandLine, NamesTheFilesAndShowsTheSpecification) {
-  StepRun test("$ out.txt");
+  StepRun test("$ out.txt anchors.txt residuals.txt graphs.txt");
   EXPECT_EQ(test.fault(), Fault::none);
   EXPECT_EQ(test.analysis.settings.OutputFile, "out.txt");
+  EXPECT_EQ(test.analysis.settings.AnchorFile, "anchors.txt");
+  EXPECT_EQ(test.analysis.settings.ResidualFile, "residuals.txt");
+  EXPECT_EQ(test.analysis.settings.GraphFile, "graphs.txt");
   EXPECT_EQ(test.shell.Screen(),
             "Processing specifications from \"" + test.folder.file("s.txt") + "\"\n");
 }
@@ -116,9 +119,8 @@ TEST(ReadCommandLine, ReportsItsFaultsByItsName) {
        "\"nowhere.txt\" Command line is: File not found in batch mode: Error F52"},
       {"a*.txt",
        "\"a*.txt\" Command line is: File name contains * or ?, or ends with \\ / or :: Error F42"},
-      {"$ out.txt anchors.txt",
-       "\"anchors.txt\" Command line is: This version of Flanks cannot do this yet: an anchor "
-       "output file (the third file name); please take it out: Error F300"},
+      {"$ out.txt anchors.txt a?.txt",
+       "\"a?.txt\" Command line is: File name contains * or ?, or ends with \\ / or :: Error F42"},
   };
   for (const CommandFaultCase& c : cases) EXPECT_EQ(StepRun(c.line).FaultText(), c.report);
 }

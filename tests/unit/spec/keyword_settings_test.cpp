@@ -15,8 +15,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// Applies a handler to a line and gives the settings.  Keywords that the table refuses are read in
-// full all the same.
+// Applies a handler to a line and gives the settings.
 Settings After(KeywordHandler handler, const std::string& line) {
   SpecRun test;
   SpecContext context = test.context();

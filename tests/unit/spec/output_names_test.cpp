@@ -1,5 +1,6 @@
 #include "spec/output_names.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -41,6 +42,59 @@ TEST(SettleOutputNames, ReplacesNeitherSpecificationNorData) {
   included.Read("Data=d.txt\nOutput=" + labels + "\n%" + labels + "\n");
   SettleOutputNames(included.run);
   EXPECT_EQ(included.fault(), Fault::incompatibleFileUse);
+}
+
+TEST(SettleOutputNames, FurtherFilesReplaceNoOtherEither) {
+  const char* const faulty[] = {"Anchorfile=$",
+                                "Residualfile=$",
+                                "Graphfile=$",
+                                "Simulated=$",
+                                "Output=a.txt,a.txt",
+                                "Output=,,r.txt,r.txt",
+                                "Simulated=g.txt\nGraphfile=g.txt"};
+  for (std::string lines : faulty) {
+    SpecRun test;
+    if (const std::size_t mark = lines.find('$'); mark != std::string::npos)
+      lines.replace(mark, 1, test.folder.file("s.txt"));
+    test.Read(lines + "\nData=\n");
+    SettleOutputNames(test.run);
+    EXPECT_EQ(test.fault(), Fault::incompatibleFileUse) << lines;
+  }
+  SpecRun score;  // its files are s.1.txt, s.2.txt
+  score.Read("Scorefile=" + score.folder.file("s.txt") + "\n");
+  SettleOutputNames(score.run);
+  EXPECT_EQ(score.fault(), Fault::none);
+}
+
+TEST(OpenFurtherOutputFiles, TellsEachAndLeavesNothingBehind) {
+  SpecRun test;
+  const std::string there = test.folder.write("there.txt", "kept\n");
+  const std::string anchors = test.folder.file("anchors.txt");
+  const std::string graphs = test.folder.file("graphs.txt");
+  test.Read("Output=o.txt," + anchors + "," + there + "," + graphs + "\n");
+  OpenFurtherOutputFiles(test.run);
+  EXPECT_THAT(test.shell.Screen(),
+              testing::EndsWith("Opening residual output file: \"" + there +
+                                "\"\nOpening anchor output file: \"" + anchors +
+                                "\"\nValidating graphing output file=\"" + graphs + "\"\n"));
+  EXPECT_EQ(test.folder.read("there.txt"), "kept\n");
+  EXPECT_THAT(test.folder.names(), testing::UnorderedElementsAre("s.txt", "there.txt"));
+  EXPECT_EQ(test.analysis.settings.AnchorFile, anchors);
+}
+
+TEST(OpenFurtherOutputFiles, ANameThatCannotBeOpenedIsCleared) {
+  SpecRun test;
+  const std::string nowhere = test.folder.file("no/folder.txt");
+  test.Read("Anchorfile=" + nowhere + "\nResidualfile=" + test.folder.file("r.txt") + "\n");
+  OpenFurtherOutputFiles(test.run);
+  const std::string words =
+      "Failure opening output file: \"" + nowhere + "\" (No such file or directory)";
+  EXPECT_THAT(test.shell.Screen(), testing::HasSubstr(words + "\n"));
+  EXPECT_THAT(test.analysis.report.deferredMessages, testing::ElementsAre(words))
+      << "in Table 1, for the name is not there";
+  EXPECT_EQ(test.fault(), Fault::none);
+  EXPECT_EQ(test.analysis.settings.AnchorFile, "");
+  EXPECT_NE(test.analysis.settings.ResidualFile, "");
 }
 
 }  // namespace

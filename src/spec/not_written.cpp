@@ -1,0 +1,92 @@
+#include "spec/not_written.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <string_view>
+
+#include "base/text.h"
+#include "spec/keyword_table.h"
+
+namespace flanks {
+namespace {
+
+bool IsGiven(const Analysis& analysis, std::string_view keyword) {
+  const KeywordRow* row = ResolveKeyword(UpperCase(keyword));
+  return row != nullptr && WhereSeen(analysis.specification, row->code) != SeenIn::nowhere;
+}
+
+// The flag of a Table in `Tables=`; blank when that is no string of flags.
+char FlagOf(const Settings& settings, int table) {
+  const std::string& flags = settings.Tables;
+  const bool areFlags = !flags.empty() && (flags[0] == '0' || flags[0] == '1');
+  return areFlags ? flags[static_cast<std::size_t>(table - 1)] : ' ';
+}
+
+bool IsTableAsked(const Analysis& analysis, std::initializer_list<int> tables,
+                  std::initializer_list<std::string_view> keywords) {
+  const bool given = std::any_of(keywords.begin(), keywords.end(), [&](std::string_view keyword) {
+    return IsGiven(analysis, keyword);
+  });
+  return std::any_of(tables.begin(), tables.end(), [&](int table) {
+    const char flag = FlagOf(analysis.settings, table);
+    return flag == '1' || (given && flag != '0');
+  });
+}
+
+struct Unwritten {
+  std::string_view what;  // with the keywords that ask for it
+  bool (*isAsked)(const Analysis&);
+};
+using A = const Analysis&;
+
+constexpr Unwritten kNotWritten[] = {
+    {"The list of subsets (Subsets=)",
+     [](A a) { return a.settings.Subsets == 'R' || a.settings.Subsets == 'L'; }},
+    {"Agreement between raters (Inter-rater=)",
+     [](A a) { return a.settings.InterRaterSetting.front() > 0; }},
+    {"The point-biserial correlation (Pt-biserial=)",
+     [](A a) {
+       return a.settings.PointCorrelationKind == 'Y' || a.settings.PointCorrelationKind == 'I';
+     }},
+    {"Table 5 (Tables=)", [](A a) { return IsTableAsked(a, {5}, {}); }},
+    {"The Anchor file (Anchorfile=)", [](A a) { return !a.settings.AnchorFile.empty(); }},
+    {"The Score file (Scorefile=)", [](A a) { return !a.settings.ScoreFile.empty(); }},
+    {"The Graph file (Graphfile=)", [](A a) { return !a.settings.GraphFile.empty(); }},
+    {"The Residual file (Residualfile=)", [](A a) { return !a.settings.ResidualFile.empty(); }},
+    {"The file of simulated data (Simulated=)",
+     [](A a) { return !a.settings.SimulatedFile.empty(); }},
+    {"Table 6, the rulers (Vertical=, Yardstick=),",
+     [](A a) {
+       return !a.settings.verticalOff && IsTableAsked(a, {6}, {"Vertical", "Yardstick"});
+     }},
+    {"A summary of groups (Glabel=)", [](A a) { return !a.design.groupLabels.empty(); }},
+    {"Table 8, the categories of the scales (Barchart=, T8NBC=),",
+     [](A a) {
+       return IsTableAsked(a, {8}, {"Barchart", "T8NBC"});
+     }},
+    {"Table 4, the unexpected responses (T4MAX=, Unexpected=, Usort=),",
+     [](A a) {
+       return IsTableAsked(a, {4}, {"T4MAX", "Unexpected", "Usort"});
+     }},
+    {"The set of bias Tables, 9 to 14 (Zscore=),",
+     [](A a) {
+       return IsTableAsked(a, {9, 10, 11, 12, 13, 14}, {"Zscore"});
+     }},
+};
+
+}  // namespace
+
+std::vector<std::string> NotWritten(const Analysis& analysis) {
+  std::vector<std::string> lines;
+  for (const Unwritten& row : kNotWritten)
+    if (row.isAsked(analysis))
+      lines.push_back(std::string(row.what) + " is not written by this version of Flanks.");
+  return lines;
+}
+
+void TellWhatIsNotWritten(Run& run) {
+  for (const std::string& line : NotWritten(run.analysis)) run.console.ShowFlagged(line);
+}
+
+}  // namespace flanks

@@ -1,0 +1,81 @@
+#include "spec/not_written.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "run/report_page.h"
+#include "support/analysis_run.h"
+#include "support/spec_run.h"
+
+namespace flanks {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+std::vector<std::string> NotWrittenBy(const std::string& lines) {
+  SpecRun test;
+  test.Read("Flanks=2\n" + lines + "\n");
+  EXPECT_EQ(test.fault(), Fault::none) << test.FaultText();
+  return NotWritten(test.analysis);
+}
+
+struct AskedCase {
+  std::string lines;
+  std::string what;
+};
+
+TEST(NotWritten, IsToldByName) {
+  const AskedCase cases[] = {
+      {"Subsets=List", "The list of subsets (Subsets=)"},
+      {"Inter-rater=2", "Agreement between raters (Inter-rater=)"},
+      {"Pt-biserial=Y", "The point-biserial correlation (Pt-biserial=)"},
+      {"Pt-biserial=I", "The point-biserial correlation (Pt-biserial=)"},
+      {"Tables=00001", "Table 5 (Tables=)"},
+      {"Output=,a.txt", "The Anchor file (Anchorfile=)"},
+      {"Scorefile=s.xls", "The Score file (Scorefile=)"},
+      {"Graphfile=g.txt", "The Graph file (Graphfile=)"},
+      {"Residualfile=r.txt", "The Residual file (Residualfile=)"},
+      {"Simulated=d.txt", "The file of simulated data (Simulated=)"},
+      {"Vertical=1*", "Table 6, the rulers (Vertical=, Yardstick=),"},
+      {"Tables=000001", "Table 6, the rulers (Vertical=, Yardstick=),"},
+      {"Glabel=1,2,x", "A summary of groups (Glabel=)"},
+      {"T8NBC=N", "Table 8, the categories of the scales (Barchart=, T8NBC=),"},
+      {"Unexpected=2", "Table 4, the unexpected responses (T4MAX=, Unexpected=, Usort=),"},
+      {"Zscore=1", "The set of bias Tables, 9 to 14 (Zscore=),"},
+      {"Tables=00000000000001", "The set of bias Tables, 9 to 14 (Zscore=),"},
+  };
+  for (const AskedCase& c : cases)
+    EXPECT_THAT(NotWrittenBy(c.lines),
+                ElementsAre(c.what + " is not written by this version of Flanks."))
+        << c.lines;
+}
+
+TEST(NotWritten, SaysNothingOfWhatNobodyAskedFor) {
+  for (const std::string lines :
+       {"", "Tables=Y", "Tables=1", "Tables=0", "Anchorfile=", "Output=o.txt", "Inter-rater=0",
+        "Subsets=N", "Pt-biserial=N", "Vertical=N", "Tables=1110\nT4MAX=5", "CSV=T\nQM=D\nHL=N"})
+    EXPECT_THAT(NotWrittenBy(lines), IsEmpty()) << lines;
+  EXPECT_THAT(NotWrittenBy("Tables=11111111111111"), SizeIs(5));
+}
+
+TEST(NotWritten, IsOnTheScreenAndNotInTheReport) {
+  AnalysisRun run;
+  ASSERT_EQ(run.Analyze("Flanks=2\nModels=?,?,R5\nLabels=\n1,Persons\n1=Ann\n2=Bob\n3=Cy\n*\n"
+                        "2,Items\n1=i1\n2=i2\n*\nData=\n1,1,3\n1,2,4\n2,1,1\n2,2,2\n3,1,2\n3,2,4\n",
+                        "Zscore=1"),
+            0)
+      << run.Screen();
+  EXPECT_THAT(run.Screen(), HasSubstr("bias Tables, 9 to 14 (Zscore=), is not written by this "
+                                      "version of Flanks.\nTable 7.1.1"));
+  EXPECT_THAT(run.Report(), AllOf(HasSubstr("Table 7.1.1"), Not(HasSubstr("not written"))));
+}
+
+}  // namespace
+}  // namespace flanks
