@@ -6,6 +6,7 @@
 
 #include "base/single.h"
 #include "estimate/prox.h"
+#include "spec/anchoring.h"
 
 namespace flanks {
 namespace {
@@ -47,23 +48,27 @@ class Updater {
         jmle_(estimates.iteration.EstimationPhase >= kPhaseJmle) {
     sets_.groups.resize(static_cast<std::size_t>(design_.flanks.FlankHighestGroup[input.flank]) +
                         1);
-    hasGroupLetter_ = design_.flanks.FlankOptions[input.flank].find('G') != std::string::npos;
+    extremesInGroups_ = CountsExtremesInGroups(design_.flanks.FlankOptions[input.flank]);
   }
 
   FlankUpdate Run() {
     for (ElementSlot e : Upward(range_.low, range_.high)) Classify(e);
     FindShift();
     for (ElementSlot e : Upward(range_.low, range_.high)) Move(e);
+    for (ElementSlot e : Upward(range_.low, range_.high)) TakeTarget(e);
     return result_;
   }
 
  private:
   StepResult& StepOf(ElementSlot e) { return steps_[static_cast<std::size_t>(e - range_.low)]; }
   float Preset(ElementSlot e) const { return design_.elements.PresetMeasure[e]; }
-  // The group of an element whose group's mean is anchored; 0 for none.
+  // The group of an element whose group's mean is anchored; 0 for none.  Other elements with a
+  // group number are grouped in the report only.
   int GroupOf(ElementSlot e) const {
-    return hasGroupLetter_ ? design_.elements.ElementGroup[e] : 0;
+    const bool member = design_.elements.ElementAnchor[e] == AnchorKind::groupAnchored;
+    return member && !HasTarget(e) ? design_.elements.ElementGroup[e] : 0;
   }
+  bool HasTarget(ElementSlot e) const { return design_.elements.ElementTarget[e].number() > 0; }
 
   void TakeStep(ElementSlot e);
   bool TakesPreset(ElementSlot e) const;
@@ -77,6 +82,7 @@ class Updater {
   bool ShiftStep(ElementSlot e, StepResult& step);
   void Compete(ElementSlot e, const StepResult& step);
   void GuardRange(ElementSlot e);
+  void TakeTarget(ElementSlot e);
 
   const FlankUpdateInput& input_;
   const Design& design_;
@@ -87,7 +93,7 @@ class Updater {
   const bool positive_;
   const std::int16_t center_;
   const bool jmle_;
-  bool hasGroupLetter_ = false;
+  bool extremesInGroups_ = false;
   Sets sets_;
   FlankUpdate result_;
 };
@@ -123,6 +129,7 @@ void Updater::Classify(ElementSlot e) {
     state.ElementMeasure = 0.0f;
     return;
   }
+  if (HasTarget(e)) return;
   TakeStep(e);
   state.ElementStatus = StatusOf(e);
   estimates_.scores[e].MaxScore = std::abs(estimates_.scores[e].MaxScore);
@@ -180,9 +187,10 @@ void Updater::AddToGroup(ElementSlot e) {
       static_cast<double>(estimates_.elements[e].ElementMeasure) + StepOf(e).step - Preset(e));
 }
 
-// An extreme element counts for its anchored group, or where extremes share the origin.
+// An extreme element counts for its anchored group when the Flank's letter is "G", not "X"; outside
+// groups it counts where extremes share the origin.
 void Updater::AddExtreme(ElementSlot e) {
-  if (GroupOf(e) != 0)
+  if (GroupOf(e) != 0 && extremesInGroups_)
     AddToGroup(e);
   else if (center_ == kCenteredWithExtremes)
     sets_.centered.add(static_cast<double>(estimates_.elements[e].ElementMeasure) + StepOf(e).step);
@@ -231,7 +239,7 @@ bool Updater::ShiftStep(ElementSlot e, StepResult& step) {
 void Updater::Move(ElementSlot e) {
   ElementState& state = estimates_.elements[e];
   const std::int16_t status = state.ElementStatus;
-  if (status == kStatusUnused || status == kStatusDropped) return;
+  if (status == kStatusUnused || status == kStatusDropped || HasTarget(e)) return;
   if (status == kStatusAnchored && !sets_.GroupPresent) return;
   StepResult& step = StepOf(e);
   if (jmle_) estimates_.scores[e].StepWeight = step.step;
@@ -269,6 +277,15 @@ void Updater::GuardRange(ElementSlot e) {
   measure = std::copysign(estimates_.ExponentLimit, measure);
 }
 
+// When all elements have moved: an element with a target stands where its target does.  It is no
+// anchor of the Flank and has no step of its own.
+void Updater::TakeTarget(ElementSlot e) {
+  if (!HasTarget(e)) return;
+  ElementState& state = estimates_.elements[e];
+  state.ElementMeasure = estimates_.elements[design_.elements.ElementTarget[e]].ElementMeasure;
+  result_.summary.add(state.ElementMeasure);
+}
+
 }  // namespace
 
 FlankUpdate UpdateFlank(const FlankUpdateInput& input, Estimates& estimates, FlankSteps& steps) {
@@ -282,7 +299,8 @@ std::string FirstFlankString(const Design& design) {
     const SlotRange range = SlotsOf(design.flanks, flank);
     bool anchored = false;
     for (ElementSlot e : Upward(range.low, range.high))
-      anchored = anchored || design.elements.ElementAnchor[e] != AnchorKind::none;
+      anchored = anchored || (design.elements.ElementAnchor[e] != AnchorKind::none &&
+                              design.elements.ElementTarget[e].number() == 0);
     if (!anchored) letters[static_cast<std::size_t>(flank.number() - FlankNo::first)] = 'U';
   }
   return letters;

@@ -5,6 +5,7 @@
 // the pre-anchored set and the centered set, where their members would go.  From the means of these
 // sets comes what is taken off each step; the second sweep applies it.  A centered Flank's free
 // elements so stay centered on zero; a group keeps its mean; anchored sets take half the drift.
+// At last the elements that have a target take its measure.
 //
 // Tested by tests/unit/estimate/flank_update_test.cpp.
 #ifndef FLANKS_ESTIMATE_FLANK_UPDATE_H

@@ -11,6 +11,7 @@
 #include "estimate/flank_update.h"
 #include "estimate/jmle_pass.h"
 #include "estimate/observation.h"
+#include "estimate/priority.h"
 #include "estimate/recount.h"
 #include "estimate/scale_build.h"
 #include "estimate/table3.h"
@@ -25,7 +26,8 @@ namespace {
 constexpr float kSmallestSecantDelta = 0.1f;  // logits
 constexpr float kProxIsEnough = 0.9f;         // logits: smaller changes leave PROX
 
-// Every element to its start: in play, at its anchor or starting value.
+// Every element to its start: in play, at its anchor or starting value.  An element with a target
+// is held like an anchored one, at the measure of its target.
 void StartElements(const Design& design, Estimates& estimates) {
   estimates.elements.assign(design.ElementTotal, {});
   estimates.scores.assign(design.ElementTotal, {});
@@ -33,9 +35,11 @@ void StartElements(const Design& design, Estimates& estimates) {
   estimates.stage = StatisticsStage::none;
   for (ElementSlot e : Upward(estimates.elements)) {
     ElementState& state = estimates.elements[e];
+    const ElementSlot target = design.elements.ElementTarget[e];
+    const bool hasTarget = target.number() > 0;
     const bool anchored = design.elements.ElementAnchor[e] != AnchorKind::none;
-    state.ElementStatus = anchored ? kStatusAnchored : kStatusFree;
-    state.ElementMeasure = design.elements.PresetMeasure[e];
+    state.ElementStatus = anchored || hasTarget ? kStatusAnchored : kStatusFree;
+    state.ElementMeasure = design.elements.PresetMeasure[hasTarget ? target : e];
   }
 }
 
@@ -69,11 +73,13 @@ class Loop {
     for (FlankNo flank : Upward(design_.flanks.FlankElementCount))
       largest = std::max(largest, design_.flanks.FlankElementCount[flank]);
     steps_.resize(static_cast<std::size_t>(largest));
+    priorities_.assign(design_.FlankCount, 0);
   }
 
   void RunIterations();
 
  private:
+  bool BeginLevel();
   bool Iteration();
   void EnterPhase();
   PassResult Pass();
@@ -97,6 +103,9 @@ class Loop {
   CountingPass counting_;
   JmlePass jmle_;
   FlankSteps steps_;
+  Column<FlankNo, std::int32_t> priorities_;
+  std::int32_t level_ = kBeforeFirstLevel;
+  int levelsBegun_ = 0;
   std::vector<FlankLine> summaries_;  // of the iteration at work, in the order of the Flanks
   float newtonStep_ = 0.0f;           // NewtonValue as this iteration began
   bool firstPass_ = true;
@@ -108,14 +117,23 @@ class Loop {
 
 void Loop::RunIterations() {
   WriteTable3Head(console_);
-  while (Iteration()) {
-  }
+  while (BeginLevel())
+    while (Iteration()) {
+    }
   console_.clearFinishRequest();
   WriteTable3Foot(console_);
   if (limitReached_)
     console_.WarnLine("'Iterations=" + std::to_string(estimates_.control.IterationLimit) +
                       "' reached.  'Iterations=0' removes limit");
   if (!Halted(run_)) state_.EstimationPhase = kPhaseFinished;
+}
+
+// False when all levels have been estimated, or the run is to end.
+bool Loop::BeginLevel() {
+  if (levelsBegun_ > 0 && (Halted(run_) || console_.finishRequested())) return false;
+  level_ = NextPriority(level_, priorities_, design_.flanks.FlankElementCount);
+  ++levelsBegun_;
+  return level_ != kNoMoreLevels;
 }
 
 // One iteration; true when another is to be made.
@@ -139,7 +157,8 @@ bool Loop::Iteration() {
   if (firstPass_) KeepFirstScores(estimates_);
   // Scores that were counted with another recode or top category are no longer right.
   if (state_.RecountRequired) state_.RecountRequired = RebuildScales(scales_);
-  StepThresholds();
+  // The thresholds of a later level stay as the first has left them.
+  if (levelsBegun_ < 2) StepThresholds();
   UpdateFlanks(ControlNow());
   ControlSpeed(before);
   ReportIteration(console_, {design_, estimates_, scales_, summaries_});
@@ -205,7 +224,7 @@ StepControl Loop::ControlNow() const {
 void Loop::UpdateFlanks(const StepControl& control) {
   summaries_.clear();
   for (FlankNo flank : Upward(design_.flanks.FlankElementCount)) {
-    if (design_.flanks.FlankElementCount[flank] == 0) continue;
+    if (design_.flanks.FlankElementCount[flank] == 0 || priorities_[flank] != level_) continue;
     const FlankUpdate update =
         UpdateFlank({design_, flank, control, firstPass_}, estimates_, steps_);
     if (update.endProx) endProx_ = true;

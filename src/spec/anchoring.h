@@ -32,6 +32,11 @@ constexpr bool IsGroupAnchoring(std::string_view options) {
   return isGroupLetter(OptionLetter(options, 1)) || isGroupLetter(OptionLetter(options, 3));
 }
 
+// G: extreme elements count for the mean of their group; X: they do not.
+constexpr bool CountsExtremesInGroups(std::string_view options) {
+  return OptionLetter(options, 1) == 'G' || OptionLetter(options, 3) == 'G';
+}
+
 }  // namespace flanks
 
 #endif  // FLANKS_SPEC_ANCHORING_H

@@ -30,6 +30,7 @@ struct OneFlank {
     design.elements.PresetMeasure.assign(count, 0.0f);
     design.elements.ElementGroup.assign(count, 0);
     design.elements.ElementAnchor.assign(count, AnchorKind::none);
+    design.elements.ElementTarget.assign(count, ElementSlot());
     estimates.elements.assign(count, {});
     estimates.scores.assign(count, {});
     estimates.iteration.EstimationPhase = kPhaseJmle;
@@ -159,6 +160,108 @@ TEST(UpdateFlank, AnAnchoredElementStaysAndTheFreeOnesTakeHalfItsDrift) {
   EXPECT_NEAR(flank.Measure(2), .1 - .5 * .2, 1e-6);
 }
 
+// A Flank of two groups: 1 and 2 in group 1, 3 alone in group 2, 4 free with group 2 as a label.
+OneFlank TwoGroups(const char* options, std::int16_t center) {
+  OneFlank flank(4, kPositiveOrientation, center);
+  flank.design.flanks.FlankOptions[kFlank] = options;
+  flank.design.flanks.FlankHighestGroup[kFlank] = 2;
+  for (int n = 1; n <= 4; ++n) {
+    flank.Element(n, 0.0f, 10, 10);
+    flank.design.elements.ElementGroup[ElementSlot(n)] = n <= 2 ? 1 : 2;
+    if (n == 4) continue;
+    flank.design.elements.ElementAnchor[ElementSlot(n)] = AnchorKind::groupAnchored;
+    flank.design.elements.PresetMeasure[ElementSlot(n)] = n <= 2 ? 1.0f : -.5f;
+    flank.estimates.elements[ElementSlot(n)].ElementStatus = kStatusAnchored;
+  }
+  flank.estimates.elements[ElementSlot(1)].ElementMeasure = 1.4f;
+  flank.estimates.elements[ElementSlot(2)].ElementMeasure = .6f;
+  return flank;
+}
+
+TEST(UpdateFlank, AGroupKeepsItsMeanAndALoneMemberItsMeasure) {
+  for (const char* const options : {" G", " X", " A-G"}) {
+    OneFlank flank = TwoGroups(options, kNonCentered);
+    flank.estimates.scores[ElementSlot(1)].ObservedScore = 13;  // + .3
+    flank.estimates.scores[ElementSlot(2)].ObservedScore = 11;  // + .1
+    flank.estimates.scores[ElementSlot(3)].ObservedScore = 12;  // + .2
+    flank.estimates.scores[ElementSlot(4)].ObservedScore = 9;   // - .1
+    flank.Update();
+    // Group 1 would drift by .2, group 2 by -.5 + .7 = .7 from its measure: it began at 0.
+    EXPECT_NEAR(flank.Measure(1), 1.4 + .3 - .2, 1e-6) << options;
+    EXPECT_NEAR(flank.Measure(2), .6 + .1 - .2, 1e-6);
+    EXPECT_FLOAT_EQ(flank.Measure(3), -.5f);
+    // Free elements take half the mean drift of the groups: (.2 + .7) / 2 / 2.
+    EXPECT_NEAR(flank.Measure(4), -.1 - .225, 1e-6);
+    EXPECT_EQ(flank.estimates.iteration.flankString, " ") << "the groups tie the Flank";
+    EXPECT_EQ(flank.estimates.iteration.FreeParameterCount, 4 - 2);
+  }
+}
+
+TEST(UpdateFlank, ExtremeMembersCountForTheirGroupWithGAndNotWithX) {
+  for (const bool withG : {true, false}) {
+    OneFlank flank = TwoGroups(withG ? " G" : " X", kNonCentered);
+    flank.estimates.scores[ElementSlot(1)].ObservedScore = 20;  // perfect: 19.7 - 10 is .97
+    flank.Update();
+    EXPECT_EQ(flank.Status(1), kStatusMaximum);
+    // With G the drift of group 1 is the mean of .97 and 0; with X the second is a lone member.
+    EXPECT_NEAR(flank.Measure(1), withG ? 1.4 + .485 : 1.0, 1e-6);
+    EXPECT_NEAR(flank.Measure(2), withG ? .6 - .485 : 1.0, 1e-6);
+  }
+}
+
+TEST(UpdateFlank, AnAnchorWithoutAGroupStandsBesideGroups) {
+  OneFlank flank = TwoGroups(" G", kCentered);
+  flank.design.elements.ElementAnchor[ElementSlot(4)] = AnchorKind::anchored;
+  flank.design.elements.PresetMeasure[ElementSlot(4)] = 2.0f;
+  flank.estimates.elements[ElementSlot(4)].ElementStatus = kStatusAnchored;
+  flank.Update();
+  EXPECT_FLOAT_EQ(flank.Measure(4), 2.0f);
+}
+
+TEST(UpdateFlank, AGroupNumberAloneIsForTheReport) {
+  OneFlank flank(2, kPositiveOrientation, kCentered);
+  flank.design.flanks.FlankOptions[kFlank] = " G";
+  flank.design.flanks.FlankHighestGroup[kFlank] = 1;
+  flank.design.elements.ElementGroup[ElementSlot(1)] = 1;
+  flank.Element(1, .5f, 12, 10);
+  flank.Element(2, -.5f, 8, 9);
+  flank.Update();
+  EXPECT_NEAR(flank.Measure(1), .65, 1e-6);
+  EXPECT_NEAR(flank.Measure(2), -.65, 1e-6);
+}
+
+TEST(UpdateFlank, StartingMeasuresHoldInProxAndLetGoInJmle) {
+  for (const bool jmle : {false, true}) {
+    OneFlank flank(2, kPositiveOrientation, kCentered);
+    if (!jmle) flank.estimates.iteration.EstimationPhase = kPhaseProx;
+    flank.Element(1, 1.5f, 12, 10);
+    flank.Element(2, -1.0f, 8, 9);
+    flank.design.elements.PresetMeasure[ElementSlot(1)] = 1.5f;
+    flank.design.elements.PresetMeasure[ElementSlot(2)] = -1.0f;
+    flank.Update();
+    // JMLE: 1.7 and -1.1 about their mean .3.
+    EXPECT_NEAR(flank.Measure(1), jmle ? 1.4 : 1.5, 1e-6);
+    EXPECT_NEAR(flank.Measure(2), jmle ? -1.4 : -1.0, 1e-6);
+    EXPECT_EQ(flank.estimates.iteration.FreeParameterCount, jmle ? 1 : 2);
+  }
+}
+
+TEST(UpdateFlank, AnElementWithATargetStandsWhereItsTargetDoes) {
+  OneFlank flank(3, kPositiveOrientation, kCentered);
+  flank.Element(1, 0.0f, 20, 10);  // perfect, and yet in play: it takes its target's measure
+  flank.estimates.elements[ElementSlot(1)].ElementStatus = kStatusAnchored;
+  flank.design.elements.ElementTarget[ElementSlot(1)] = ElementSlot(2);
+  flank.Element(2, .5f, 12, 10);
+  flank.Element(3, -.5f, 8, 9);
+  const FlankUpdate update = flank.Update();
+  EXPECT_NEAR(flank.Measure(2), .65, 1e-6) << "centered without the first";
+  EXPECT_EQ(flank.Measure(1), flank.Measure(2));
+  EXPECT_EQ(flank.Status(1), kStatusAnchored);
+  EXPECT_EQ(update.summary.count, 3);
+  EXPECT_EQ(flank.estimates.iteration.FreeParameterCount, 1);
+  EXPECT_FALSE(flank.estimates.iteration.RecountRequired);
+}
+
 TEST(UpdateFlank, TheRangeGuardHoldsAMeasureAtTheLimit) {
   OneFlank flank(2, kPositiveOrientation, kNonCentered);
   flank.Element(1, -79.95f, 8, 10);  // - .2
@@ -195,6 +298,8 @@ TEST(FirstFlankString, MarksFloatingFlanksWithoutAnchors) {
   EXPECT_EQ(FirstFlankString(flank.design), "U");
   flank.design.elements.ElementAnchor[ElementSlot(2)] = AnchorKind::anchored;
   EXPECT_EQ(FirstFlankString(flank.design), " ");
+  flank.design.elements.ElementTarget[ElementSlot(2)] = ElementSlot(1);
+  EXPECT_EQ(FirstFlankString(flank.design), "U") << "it has its target's measure";
 }
 
 }  // namespace
