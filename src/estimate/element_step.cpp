@@ -4,7 +4,7 @@
 #include <cfloat>
 #include <cmath>
 
-#include "base/single.h"
+#include "base/held_single.h"
 #include "run/design.h"
 
 namespace flanks {
@@ -46,18 +46,18 @@ StepResult ElementStep(const ElementSums& sums, const StepControl& control,
                        std::int16_t orientation) {
   const double maximum = std::abs(sums.MaxScore);
   if (maximum == 0.0) return {};
-  const float distance = Single(static_cast<double>(control.XtremeAdjustment) *
+  const float distance = HeldSingle(static_cast<double>(control.XtremeAdjustment) *
                                 static_cast<double>(sums.SmallestWeight));
   const double observed = std::min(std::max(sums.ObservedScore, static_cast<double>(distance)),
                                    maximum - static_cast<double>(distance));
   StepResult result;
   result.residual = observed - sums.ExpectedSum;
-  result.fraction = Single(result.residual / maximum);
+  result.fraction = HeldSingle(result.residual / maximum);
   double step = control.NewtonStep != 0.0f
                     ? NewtonStepOf(result.residual, sums.Information, control.NewtonStep)
                     : SecantStepOf(observed, maximum, sums, control);
   if (orientation != kPositiveOrientation) step = -step;
-  result.step = std::isfinite(step) ? Single(step) : 0.0f;
+  result.step = std::isfinite(step) ? HeldSingle(step) : 0.0f;
   // Shortened gently, not cut at one logit: many elements with long steps keep their order.
   while (std::abs(result.step) > kLongestStep) result.step *= kShortening;
   return result;

@@ -283,6 +283,7 @@ void Updater::TakeTarget(ElementSlot e) {
   if (!HasTarget(e)) return;
   ElementState& state = estimates_.elements[e];
   state.ElementMeasure = estimates_.elements[design_.elements.ElementTarget[e]].ElementMeasure;
+  GuardRange(e);  // the target may be extreme, which has no guard
   result_.summary.add(state.ElementMeasure);
 }
 

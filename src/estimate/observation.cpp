@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
-#include "base/single.h"
+#include "base/held_single.h"
 #include "report/format/join_number.h"
 #include "run/analysis.h"
 #include "run/console.h"
@@ -242,7 +242,7 @@ void ObservationReader::ReadObservation(std::size_t i) {
     sum = senses[f].sign > 0 ? sum + measure : sum - measure;
     weight *= parts_.design.elements.ElementWeight[e];
   }
-  block_.weight[i] = Single(weight);
+  block_.weight[i] = HeldSingle(weight);
   block_.MeasureSum[i] = sum;
   block_.state[i] = StateOf(i);
   if (!(block_.weight[i] > 0.0f)) TellIgnoredWeight(i);

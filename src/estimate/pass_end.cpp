@@ -3,7 +3,7 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "base/single.h"
+#include "base/held_single.h"
 
 namespace flanks {
 
@@ -13,7 +13,7 @@ void CutPassSums(Estimates& estimates) {
     if (!std::isfinite(element.ExpectedSum) || !std::isfinite(element.ShiftedExpected) ||
         !std::isfinite(element.Information))
       throw std::overflow_error("a sum of an element is not finite");
-    element.Information = Single(element.Information);
+    element.Information = HeldSingle(element.Information);
   }
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/single.h"
+#include "base/held_single.h"
 
 namespace flanks {
 namespace {
@@ -22,7 +22,7 @@ float ProxMeasure(const ElementState& sums, double observedScore, double maxScor
   const double low = std::max(observedScore, kHalfScore);
   // Kept: S / W is added whatever the orientation.
   const double measure = S / W + f * std::log(low / high);
-  return Single(orientation == kPositiveOrientation ? measure : -measure);
+  return HeldSingle(orientation == kPositiveOrientation ? measure : -measure);
 }
 
 }  // namespace flanks

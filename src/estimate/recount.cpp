@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/single.h"
+#include "base/held_single.h"
 #include "estimate/count_terms.h"
 #include "estimate/pass_end.h"
 #include "estimate/prox.h"
@@ -116,8 +116,8 @@ void CountingPass::Finish(Recount recount) {
   if (recount == Recount::notNeeded) return;
   for (const ElementSlot e : Upward(parts_.estimates.scores)) {
     ElementScores& scores = parts_.estimates.scores[e];
-    scores.Count = Single(wide_[e.offset()].Count);
-    scores.RawScore = Single(wide_[e.offset()].RawScore);
+    scores.Count = HeldSingle(wide_[e.offset()].Count);
+    scores.RawScore = HeldSingle(wide_[e.offset()].RawScore);
   }
 }
 

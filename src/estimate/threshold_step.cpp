@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "base/single.h"
+#include "base/held_single.h"
 #include "estimate/element_step.h"
 
 namespace flanks {
@@ -93,7 +93,7 @@ void Compete(ScaleRow scale, int k, const ScaleTables& scales, LargestChanges& c
     changes.categoryScale = scale;
     changes.residualCategory = k;
   }
-  const float fraction = observed > 0.0 ? Single(residual / observed) : 0.0f;
+  const float fraction = observed > 0.0 ? HeldSingle(residual / observed) : 0.0f;
   if (std::abs(fraction) > std::abs(changes.MaxCategoryFraction))
     changes.MaxCategoryFraction = fraction;
 }

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "base/single.h"
+#include "base/held_single.h"
 #include "report/format/edit_word.h"
 #include "report/format/fixed_field.h"
 
@@ -26,8 +26,8 @@ void AppendMeasure(EditLine& line, const Settings& settings, const MeasureRow& f
 }
 
 void AppendScores(EditLine& line, const MeasureRow& figures) {
-  line.EditCount(Single(figures.score));
-  line.EditCount(Single(figures.count));
+  line.EditCount(HeldSingle(figures.score));
+  line.EditCount(HeldSingle(figures.count));
   line.EditDouble(figures.observedAverage);
 }
 
@@ -133,7 +133,7 @@ MeasureRow FiguresOf(const Analysis& analysis, ElementSlot slot) {
   row.outfitZStd = fit->OutfitZStd;
   row.score = settings.TotalScoreMode ? scores.FirstRawScore : scores.RawScore;
   row.count = settings.TotalScoreMode ? scores.FirstCount : scores.Count;
-  row.observedAverage = PerCount(row.score, Single(row.count));
+  row.observedAverage = PerCount(row.score, HeldSingle(row.count));
   row.fairAverage = PerCount(fit->FairSum, scores.Count);
   row.correlation = fit->PointMeasure;
   return row;

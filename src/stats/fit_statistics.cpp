@@ -5,7 +5,7 @@
 #include <cfloat>
 #include <cmath>
 
-#include "base/single.h"
+#include "base/held_single.h"
 #include "stats/point_correlation.h"
 
 namespace flanks {
@@ -75,18 +75,18 @@ ElementFinal FinishElement(const FitSums& sums, const ElementScores& scores, std
                            const ElementFinal& former, const FitSettings& settings,
                            float tinyValue) {
   ElementFinal final;
-  const double information = Single(sums.terms.Information);
+  const double information = HeldSingle(sums.terms.Information);
   if (std::abs(scores.MaxScore) > 0.0 && IsInPlay(status)) {
-    final.Displacement = DisplacementOf(scores.ObservedScore, Single(sums.terms.ResidualSum),
+    final.Displacement = DisplacementOf(scores.ObservedScore, HeldSingle(sums.terms.ResidualSum),
                                         information, tinyValue);
     final.Discrimination =
-        DiscriminationOf(Single(sums.terms.LogLikelihoodSum), Single(sums.terms.LogLikelihoodMean),
-                         Single(sums.terms.LogLikelihoodSpread));
+        DiscriminationOf(HeldSingle(sums.terms.LogLikelihoodSum), HeldSingle(sums.terms.LogLikelihoodMean),
+                         HeldSingle(sums.terms.LogLikelihoodSpread));
     const FitValue infit = ZStdOf(information, sums.terms.InfitVarianceSum,
-                                  Single(sums.terms.InfitSum), settings.form, tinyValue);
+                                  HeldSingle(sums.terms.InfitSum), settings.form, tinyValue);
     const double count = scores.Count;
     const FitValue outfit = ZStdOf(count, sums.terms.ExpectedSum - count,
-                                   Single(sums.terms.OutfitSum), settings.form, tinyValue);
+                                   HeldSingle(sums.terms.OutfitSum), settings.form, tinyValue);
     final.InfitMeanSquare = infit.MeanSquare;
     final.InfitZStd = infit.ZStd;
     final.InfitDF = infit.DegreesOfFreedom;
@@ -100,7 +100,7 @@ ElementFinal FinishElement(const FitSums& sums, const ElementScores& scores, std
                            ? MeasureCorrelation(sums.correlation)
                            : former.PointMeasure;
   final.PointResidual = ExpectedCorrelation(sums.correlation);
-  final.FairSum = Single(sums.terms.FairSum);
+  final.FairSum = HeldSingle(sums.terms.FairSum);
   return final;
 }
 

@@ -1,6 +1,9 @@
 #include "base/single.h"
 
+#include <cfloat>
 #include <gtest/gtest.h>
+
+#include "base/held_single.h"
 
 namespace flanks {
 namespace {
@@ -10,6 +13,12 @@ TEST(Single, RoundsToTheNearestAndTiesToEven) {
   EXPECT_EQ(Single(1.0 + 0x1p-24), 1.0f) << "half-way: to even";
   EXPECT_EQ(Single(1.0 + 0x1.8p-24), 1.0f + 0x1p-23f) << "nearer to the next one";
   EXPECT_EQ(Single(1.0 + 3 * 0x1p-24), 1.0f + 0x1p-22f) << "half-way: to even";
+}
+
+TEST(HeldSingle, StaysAtTheEndsOfTheRange) {
+  EXPECT_EQ(HeldSingle(.1), .1f);
+  EXPECT_EQ(HeldSingle(1E+60), FLT_MAX);
+  EXPECT_EQ(HeldSingle(-1E+60), -FLT_MAX);
 }
 
 TEST(Single, SmallerAndLargerOfTwo) {

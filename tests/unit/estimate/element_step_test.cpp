@@ -93,6 +93,15 @@ TEST(ElementStep, AHeldElementsNegativeMaximumIsTakenAbsolute) {
   EXPECT_NEAR(held.step, .168236, 1e-6);
 }
 
+TEST(ElementStep, AStepBeyondThirtyTwoBitsIsShortenedLikeAnyOther) {
+  StepControl control = Control(0.1f);
+  control.NewtonStep = 1.0f;
+  const ElementSums sums = Sums(2E+60, 3E+60, 1E+60, 0);
+  const float step = ElementStep(sums, control, kPositiveOrientation).step;
+  EXPECT_GT(step, .9f);
+  EXPECT_LE(step, 1.0f);
+}
+
 TEST(ElementStep, AStepThatIsNotFiniteIsZero) {
   ElementSums sums = Sums(14, 24, 12, 10.5);
   sums.ExpectedSum = std::numeric_limits<double>::quiet_NaN();
