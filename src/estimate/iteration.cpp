@@ -107,7 +107,9 @@ class Loop {
   std::int32_t level_ = kBeforeFirstLevel;
   int levelsBegun_ = 0;
   std::vector<FlankLine> summaries_;  // of the iteration at work, in the order of the Flanks
-  float newtonStep_ = 0.0f;           // NewtonValue as this iteration began
+  // As this iteration began: a key acts at the next one.
+  float newtonStep_ = 0.0f;
+  float speedFactor_ = 1.0f;
   bool firstPass_ = true;
   bool endProx_ = false;  // the switch that ends PROX at the next iteration
   bool constraintsWarned_ = false;
@@ -139,6 +141,7 @@ bool Loop::BeginLevel() {
 // One iteration; true when another is to be made.
 bool Loop::Iteration() {
   newtonStep_ = estimates_.control.NewtonValue;
+  speedFactor_ = estimates_.control.SpeedFactor;
   outOfRangeWarned_ = false;
   EnterPhase();
   ++state_.IterationNumber;
@@ -209,16 +212,14 @@ void Loop::StepThresholds() {
     if (scales_.scaleType[scale] != ScaleType::rating || scales_.ScaleTopCategory[scale] < 2)
       continue;
     if (jmle)
-      ThresholdStep(scale, estimates_.control.SpeedFactor, estimates_.TinyValue, scales_,
-                    state_.changes);
+      ThresholdStep(scale, speedFactor_, estimates_.TinyValue, scales_, state_.changes);
     else
       HoldThresholds(scale, scales_);
   }
 }
 
 StepControl Loop::ControlNow() const {
-  return {settings_.Xtreme[0], newtonStep_, estimates_.control.SpeedFactor, state_.SecantDelta,
-          estimates_.TinyValue};
+  return {settings_.Xtreme[0], newtonStep_, speedFactor_, state_.SecantDelta, estimates_.TinyValue};
 }
 
 void Loop::UpdateFlanks(const StepControl& control) {

@@ -158,22 +158,87 @@ TEST(Iterate, CtrlFEndsItAtTheNextCleanStateAndTheRunGoesOn) {
   EXPECT_NE(run.Report().find("Table 7.1.1"), std::string::npos);
 }
 
+// A run in which the keys arrive once, when the iteration number is first seen in a pause of the
+// run.
+struct Steered : AnalysisRun {
+  Steered(const std::string& settings, int iteration, const std::string& keys) {
+    Write("data.txt", kData);
+    for (int pump = 1; pump < 4000; ++pump)
+      shell.ActionAtPump(pump, [this, iteration, keys] {
+        const int now = analysis.estimates.iteration.IterationNumber;
+        if (now >= iteration && !pressed_) {
+          process.control.KeyBuffer += keys;
+          pressed_ = true;
+        } else if (now == iteration + 1 && !seen_) {
+          speedAfter = analysis.estimates.control.SpeedFactor;
+          newtonAfter = analysis.estimates.control.NewtonValue;
+          seen_ = true;
+        }
+      });
+    EXPECT_EQ(Analyze(Specification(settings)), 0) << Screen();
+    EXPECT_TRUE(pressed_ && seen_);
+  }
+  const IterationState& state() const { return analysis.estimates.iteration; }
+  float speedAfter = 0.0f, newtonAfter = 0.0f;  // in the iteration after the keys
+
+ private:
+  bool pressed_ = false, seen_ = false;
+};
+
+constexpr const char* kLong = "Convergence=.0000001,.0000001\n";
+
 TEST(Iterate, PlusAndMinusSteerTheSpeed) {
-  AnalysisRun run;
-  run.Write("data.txt", kData);
-  float speed = 0.0f;
-  for (int pump = 1; pump < 2000; ++pump)
-    run.shell.ActionAtPump(pump, [&run, &speed] {
-      const IterationState& state = run.analysis.estimates.iteration;
-      if (state.IterationNumber == 3 && speed == 0.0f) {
-        run.process.control.KeyBuffer += '+';
-        speed = 1.0f;
-      } else if (state.IterationNumber == 4 && speed == 1.0f) {
-        speed = run.analysis.estimates.control.SpeedFactor;
+  EXPECT_FLOAT_EQ(Steered(std::string(kLong) + "Iterations=6", 3, "+").speedAfter, 1.5f);
+  EXPECT_FLOAT_EQ(Steered(std::string(kLong) + "Iterations=6", 3, "-").speedAfter, .75f);
+  EXPECT_FLOAT_EQ(Steered(std::string(kLong) + "Iterations=6", 3, "++-").speedAfter, 1.6875f);
+}
+
+TEST(Iterate, PlusAndMinusSteerTheNewtonStep) {
+  const std::string settings = std::string(kLong) + "Iterations=6\nNewton=";
+  EXPECT_FLOAT_EQ(Steered(settings + ".5", 3, "-").newtonAfter, .45f);
+  EXPECT_FLOAT_EQ(Steered(settings + ".5", 3, "+").newtonAfter, .55f);
+  EXPECT_FLOAT_EQ(Steered(settings + ".95", 3, "+").newtonAfter, 1.0f);
+  EXPECT_FLOAT_EQ(Steered(settings + ".95", 3, "+").speedAfter, 1.0f);
+}
+
+// The measures of iteration 3 are those of an undisturbed run, the ones of iteration 4 are not.
+TEST(Iterate, AKeyActsAtTheNextIteration) {
+  const auto measure = [](const AnalysisRun& run) {
+    return run.analysis.estimates.elements[ElementSlot(1)].ElementMeasure;
+  };
+  const std::string settings = std::string(kLong) + "Iterations=";
+  const Loop third(settings + "3"), fourth(settings + "4");
+  AnalysisRun pressed;
+  pressed.Write("data.txt", kData);
+  bool done = false;
+  for (int pump = 1; pump < 4000; ++pump)
+    pressed.shell.ActionAtPump(pump, [&] {
+      if (!done && pressed.analysis.estimates.iteration.IterationNumber == 3) {
+        pressed.process.control.KeyBuffer += "+";
+        done = true;
       }
     });
-  run.Analyze(Specification("Convergence=.0000001,.0000001\nIterations=6"));
-  EXPECT_FLOAT_EQ(speed, 1.5f);
+  pressed.Analyze(Specification(settings + "3"));
+  EXPECT_TRUE(done);
+  EXPECT_EQ(measure(pressed), measure(third));
+  EXPECT_NE(measure(Steered(settings + "4", 3, "+")), measure(fourth));
+}
+
+TEST(Iterate, CtrlGTakesTheLimitAway) {
+  const Steered run(std::string(kLong) + "Iterations=6", 3, "\x07");
+  EXPECT_GT(run.state().IterationNumber, 6);
+  EXPECT_EQ(run.analysis.estimates.control.IterationLimit, 0);
+  EXPECT_NE(run.Screen().find(" Iter=0"), std::string::npos);
+  EXPECT_EQ(run.Screen().find("' reached."), std::string::npos);
+  EXPECT_TRUE(run.state().converged);
+}
+
+TEST(Iterate, WithoutLimitsItEndsWhenNothingMoves) {
+  const Loop loop("Convergence=0,0");
+  EXPECT_TRUE(loop.state().converged);
+  EXPECT_LT(std::abs(loop.state().changes.MaxLogitChange), 1E-6f);
+  EXPECT_LT(std::abs(loop.state().changes.MaxThresholdChange), 1E-6f);
+  EXPECT_GT(loop.state().IterationNumber, Loop("").state().IterationNumber);
 }
 
 }  // namespace
