@@ -8,6 +8,7 @@
 #include "base/exponential.h"
 #include "base/single.h"
 #include "estimate/convergence.h"
+#include "estimate/discrimination_step.h"
 #include "estimate/flank_update.h"
 #include "estimate/jmle_pass.h"
 #include "estimate/observation.h"
@@ -209,6 +210,10 @@ PassResult Loop::Pass() {
 void Loop::StepThresholds() {
   const bool jmle = state_.EstimationPhase == kPhaseJmle;
   for (ScaleRow scale : Downward(scales_.scaleType)) {
+    if (jmle && EstimatesDiscrimination(scales_, scale)) {
+      ++state_.FreeParameterCount;
+      DiscriminationStep(scale, estimates_.TinyValue, scales_, state_.changes);
+    }
     if (scales_.scaleType[scale] != ScaleType::rating || scales_.ScaleTopCategory[scale] < 2)
       continue;
     if (jmle)
@@ -262,7 +267,7 @@ void Iterate(Run& run) {
   Analysis& analysis = run.analysis;
   run.at = "starting values";
   StartEstimates(analysis.design, analysis.settings, analysis.estimates);
-  BuildScales(analysis.design, analysis.structures, analysis.scales);
+  BuildScales(analysis.design, analysis.structures, analysis.settings.Uscale, analysis.scales);
   SelectTable(run.console, 3);
   analysis.estimates.control.iterating = true;
   run.process.control.steering = &analysis.estimates.control;

@@ -1,5 +1,6 @@
 #include "estimate/table3.h"
 
+#include "base/single.h"
 #include "report/format/box.h"
 #include "report/format/edit_word.h"
 #include "report/format/join_number.h"
@@ -121,6 +122,31 @@ std::string LargestCategoryLine(const Table3Input& input) {
   return line.Finish();
 }
 
+// The discrimination of a binomial or Poisson scale: the sums of its terms, its value and change.
+std::string DiscriminationLine(const Table3Input& input) {
+  const LargestChanges& changes = input.estimates.iteration.changes;
+  const ScaleRow scale = changes.categoryScale;
+  const bool binomial = input.scales.scaleType[scale] == ScaleType::binomial;
+  EditLine line(kLargestElement);
+  line.EditString(JoinNumber(binomial ? "Bin Disc:" : "Poi Disc:", scale.number() + 1));
+  const double observed = input.scales.DiscriminationSums.at(scale, 0);
+  const float value = input.scales.ThresholdTable.at(scale, 0);
+  line.EditDouble(observed);
+  line.EditDouble(input.scales.ExpectedCount.at(scale, 0));
+  line.EditDouble(changes.MaxCategoryResidual);
+  line.EditDouble(PerCent(changes.MaxCategoryResidual, observed));
+  line.EditSingle(value);
+  line.EditSingle(Single(static_cast<double>(value) - input.scales.PreviousThreshold.at(scale, 0)));
+  return line.Finish();
+}
+
+// The scale with the largest category residual.
+std::string LargestScaleLine(const Table3Input& input) {
+  const ScaleRow scale = input.estimates.iteration.changes.categoryScale;
+  return input.scales.scaleType[scale] == ScaleType::rating ? LargestCategoryLine(input)
+                                                            : DiscriminationLine(input);
+}
+
 // One line of the long form: to the report with Write=Yes, to the screen with T3onscreen=N.
 void LongFormLine(Console& console, std::string_view line) {
   if (console.settings().Write) console.WriteOutput(line);
@@ -135,7 +161,7 @@ void ReportLargest(Console& console, const Table3Input& input) {
   LongFormLine(console, kLargestHead);
   LongFormLine(console, kLargestColumns);
   if (element) LongFormLine(console, LargestElementLine(input));
-  if (category) LongFormLine(console, LargestCategoryLine(input));
+  if (category) LongFormLine(console, LargestScaleLine(input));
 }
 
 }  // namespace

@@ -108,7 +108,6 @@ constexpr std::array kFaults = {
              "Element range for flank with X in Models=. Please replace X with blank in Models=."},
     FaultRow{Fault::invalidElementNumberInData,
              "Invalid element number. Must be integers in range 0 - 2147483646"},
-    FaultRow{Fault::notBuiltYet, "This version of Flanks cannot do this yet: "},
     FaultRow{Fault::operationCancelled, "Current operation cancelled"},
 };
 

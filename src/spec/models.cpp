@@ -12,7 +12,6 @@
 #include "spec/flank_maps.h"
 #include "spec/given_value.h"
 #include "spec/list_reading.h"
-#include "spec/not_built.h"
 #include "spec/specification_reader.h"
 
 namespace flanks {
@@ -263,7 +262,6 @@ void MatchElementsToModels(Run& run) {
     MatchStatement(run, model, sorted);
     if (run.analysis.reading.faulty()) return;
   }
-  RefuseWhatIsNotBuilt(design, run.analysis.reading);
 }
 
 }  // namespace flanks

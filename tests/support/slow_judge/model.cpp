@@ -11,32 +11,59 @@ int Structure::ordered(int rawCategory) const {
   return place == rawCategories.end() ? -1 : static_cast<int>(place - rawCategories.begin());
 }
 
-std::vector<double> Probabilities(const Structure& structure, double B) {
-  std::vector<double> logits{0.0};
-  for (std::size_t k = 1; k < structure.thresholds.size(); ++k) {
-    logits.push_back(logits.back() + B - structure.thresholds[k]);
-  }
-  const double largest = *std::max_element(logits.begin(), logits.end());
-  double total = 0.0;
-  for (double& logit : logits) {
-    logit = std::exp(logit - largest);
-    total += logit;
-  }
-  for (double& probability : logits) probability /= total;
-  return logits;
+double LogFactorialOf(int k) {
+  double sum = 0.0;
+  for (int j = 2; j <= k; ++j) sum += std::log(j);
+  return sum;
 }
 
-Moments MomentsOf(const std::vector<double>& probabilities) {
-  Moments moments;
-  for (std::size_t k = 0; k < probabilities.size(); ++k) {
-    moments.mean += static_cast<double>(k) * probabilities[k];
+std::vector<double> Exponents(const Structure& structure, double B) {
+  const int m = structure.top();
+  const bool poisson = structure.counts() && structure.kind == Kind::poisson;
+  const int last = !poisson ? m : m < 5 ? 10 : 2 * m;
+  std::vector<double> exponents{0.0};
+  for (int k = 1; k <= last; ++k) {
+    double step = B;
+    if (poisson) {
+      step -= structure.discrimination * std::log(k);
+    } else if (structure.counts()) {
+      step -= structure.discrimination * std::log(static_cast<double>(k) / (m - k + 1));
+    } else if (!structure.skipped(k)) {
+      step -= structure.thresholds[static_cast<std::size_t>(k)];
+    }
+    exponents.push_back(exponents.back() + step);
   }
-  for (std::size_t k = 0; k < probabilities.size(); ++k) {
-    const double square = std::pow(static_cast<double>(k) - moments.mean, 2);
-    moments.variance += square * probabilities[k];
-    moments.fourth += square * square * probabilities[k];
+  return exponents;
+}
+
+std::vector<double> Probabilities(const Structure& structure, double B) {
+  std::vector<double> p = Exponents(structure, B);
+  const double largest = *std::max_element(p.begin(), p.end());
+  double total = 0.0;
+  for (std::size_t k = 0; k < p.size(); ++k) {
+    const bool skipped = !structure.counts() && structure.skipped(static_cast<int>(k));
+    p[k] = skipped ? 0.0 : std::exp(p[k] - largest);
+    total += p[k];
   }
-  return moments;
+  for (double& probability : p) probability /= total;
+  return p;
+}
+
+Moments MomentsOf(const Structure& structure, double B) {
+  const std::vector<double> p = Probabilities(structure, B);
+  double S1 = 0.0, S2 = 0.0, S3 = 0.0, S4 = 0.0;
+  for (std::size_t k = 0; k < p.size(); ++k) {
+    const double x = static_cast<double>(k);
+    S1 += x * p[k];
+    S2 += x * x * p[k];
+    S3 += x * x * x * p[k];
+    S4 += x * x * x * x * p[k];
+  }
+  double E = S1;
+  if (structure.counts() && structure.discrimination == 1.0) {
+    E = structure.kind == Kind::binomial ? structure.top() / (1.0 + std::exp(-B)) : std::exp(B);
+  }
+  return {E, S2 - E * E, S4 - 4.0 * E * S3 + 6.0 * E * E * S2 - 3.0 * E * E * E * E};
 }
 
 double MeasureSum(const Design& design, const Verdict& verdict, const Observation& o) {
@@ -71,9 +98,9 @@ bool Takes(const Verdict& verdict, Use use, std::size_t f, int n) {
 
 namespace {
 
-// The categories that observations without extreme elements use.  Changes nothing else.
-bool RenumberCategories(const Design& design, Verdict& verdict) {
-  std::vector<Structure> found(verdict.structures.size());
+// The weighted counts of each structure's categories, as in the data, over observations without
+// extreme elements.
+std::vector<std::vector<double>> CountCategories(const Design& design, const Verdict& verdict) {
   std::vector<std::vector<double>> counts(verdict.structures.size());
   for (const Observation& o : design.observations) {
     if (UseOf(design, verdict, o) != Use::full) continue;
@@ -82,17 +109,73 @@ bool RenumberCategories(const Design& design, Verdict& verdict) {
     if (count.size() <= category) count.resize(category + 1);
     count[category] += o.weight;
   }
-  bool changed = false;
-  for (std::size_t s = 0; s < found.size(); ++s) {
-    for (std::size_t category = 0; category < counts[s].size(); ++category) {
-      if (counts[s][category] == 0.0) continue;
-      found[s].rawCategories.push_back(static_cast<int>(category));
-      found[s].observed.push_back(counts[s][category]);
-    }
-    found[s].thresholds.assign(found[s].rawCategories.size(), 0.0);
-    changed = changed || found[s].rawCategories != verdict.structures[s].rawCategories;
+  return counts;
+}
+
+void AddCategory(Structure& structure, int category, double count, CategoryStanding standing,
+                 double threshold) {
+  structure.rawCategories.push_back(category);
+  structure.observed.push_back(count);
+  structure.standing.push_back(standing);
+  structure.thresholds.push_back(structure.rawCategories.size() == 1 ? 0.0 : threshold);
+}
+
+// Every count from 0 to the number of trials, or to the largest count.
+Structure CountStructure(const StructurePlan& plan, std::vector<double> counts) {
+  Structure structure;
+  structure.kind = plan.kind;
+  structure.discrimination = plan.discrimination;
+  structure.discriminationAnchored = plan.discriminationAnchored;
+  if (plan.kind == Kind::binomial) counts.resize(static_cast<std::size_t>(plan.trials) + 1);
+  for (std::size_t k = 0; k < counts.size(); ++k) {
+    AddCategory(structure, static_cast<int>(k), counts[k], CategoryStanding::free, 0.0);
   }
-  verdict.structures = std::move(found);
+  return structure;
+}
+
+// The observed and the anchored categories, and with `keep` what lies between them.
+Structure RatingStructure(const StructurePlan& plan, std::vector<double> counts) {
+  for (const CategoryAnchor& anchor : plan.anchors) {
+    const std::size_t needed = static_cast<std::size_t>(anchor.category) + 1;
+    if (counts.size() < needed) counts.resize(needed);
+  }
+  Structure structure;
+  std::vector<int> between;
+  for (int category = 0; category < static_cast<int>(counts.size()); ++category) {
+    const double count = counts[static_cast<std::size_t>(category)];
+    CategoryStanding standing = CategoryStanding::free;
+    double threshold = 0.0;
+    for (const CategoryAnchor& anchor : plan.anchors) {
+      if (anchor.category != category) continue;
+      standing = CategoryStanding::anchored;
+      threshold = anchor.threshold;
+    }
+    if (count == 0.0 && standing == CategoryStanding::free) {
+      between.push_back(category);
+      continue;
+    }
+    if (plan.keep && !structure.rawCategories.empty()) {
+      for (const int skipped : between) {
+        AddCategory(structure, skipped, 0.0, CategoryStanding::skipped, 0.0);
+      }
+    }
+    between.clear();
+    AddCategory(structure, category, count, standing, threshold);
+  }
+  return structure;
+}
+
+// The categories that observations without extreme elements use.  Changes nothing else.
+bool RenumberCategories(const Design& design, Verdict& verdict) {
+  const std::vector<std::vector<double>> counts = CountCategories(design, verdict);
+  bool changed = false;
+  for (std::size_t s = 0; s < verdict.structures.size(); ++s) {
+    const StructurePlan& plan = design.structures[s];
+    Structure found = plan.kind == Kind::rating ? RatingStructure(plan, counts[s])
+                                                : CountStructure(plan, counts[s]);
+    changed = changed || found.rawCategories != verdict.structures[s].rawCategories;
+    verdict.structures[s] = std::move(found);
+  }
   return changed;
 }
 
@@ -144,12 +227,12 @@ Verdict PrepareDesign(const Design& design) {
     verdict.elements.emplace_back(static_cast<std::size_t>(count));
   }
   // At first every category that stands in the data has a place.
-  verdict.structures.resize(static_cast<std::size_t>(design.structureCount));
+  verdict.structures.resize(design.structures.size());
   int largest = 0;
   for (const Observation& o : design.observations) largest = std::max(largest, o.category);
   for (Structure& structure : verdict.structures) {
     for (int category = 0; category <= largest; ++category) {
-      structure.rawCategories.push_back(category);
+      AddCategory(structure, category, 0.0, CategoryStanding::free, 0.0);
     }
   }
   bool changed = true;

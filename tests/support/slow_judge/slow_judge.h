@@ -2,28 +2,37 @@
 //
 // All data are in memory, everything is 64 bits, each method is a page of code that can be laid
 // beside its formula.  It shares nothing with src/, so that an error there can't hide here.  It is
-// for designs of up to a few thousand observations.
+// for designs of up to a few thousand observations and a few hundred parameters.
 //
-// The model: an observation of the elements n of the Flanks f is category k of 0 .. m with
+// The model: an observation of the elements n of the Flanks f is category k of 0 .. n with
 //
-//   ln(P(k) / P(k-1)) = B - T(k),   B = sum over the Flanks of sign(f) times measure(f, n)
+//   P(k) proportional to exp(r(k)),   B = sum over the Flanks of sign(f) times measure(f, n)
+//   rating     r(k) = k B - sum over j from 1 to k of T(j)              a skipped j has no T(j)
+//   binomial   r(k) = k B - c sum over j to k of ln(j / (m - j + 1))    m trials
+//   Poisson    r(k) = k B - c ln k!                                     c: the discrimination
 //
-// where the thresholds T(1) .. T(m) of each structure sum to 0 (a dichotomy has T(1) = 0), every
-// Flank but one is centered on its measured elements, and the estimates are joint maximum
-// likelihood: each element's score and each category's count are what the model expects.
+// A skipped category has the probability 0.  A scale with two categories is a dichotomy, whatever
+// its kind.  A Poisson scale ends at category 10, or at twice the largest count m when m is 5 or
+// more; with c exactly 1 its expected score is exp(B) all the same.
+//
+// The estimates are joint maximum likelihood under linear constraints: every Flank but one is
+// centered on its measured elements, the free thresholds of an unanchored scale sum to 0, and what
+// is anchored stays at its value.  The likelihood is concave in all parameters together (each of
+// them multiplies a statistic of the category), so that Newton's method finds its one maximum:
 //
 //   1. PrepareDesign   extreme elements are removed until none is left; the categories that the
-//                      rest uses are renumbered from 0 without gaps, structure by structure
-//   2. SolveMeasures   Newton steps, one parameter at a time, sweep after sweep, until every
-//                      residual is below 1E-10; then each extreme element from its adjusted score
+//                      rest uses are renumbered from 0, structure by structure
+//   2. SolveMeasures   Newton steps of all parameters together under the constraints, shortened
+//                      while they lower the likelihood; then each extreme element from its
+//                      adjusted score
 //   3. Summarize       standard errors, fit, correlations, fair averages, discriminations
 //
 // `Judge` does the three.  An element counts its observations in which no other element is extreme;
 // the counts and the fit of a measured element come from observations without extreme elements.
 //
-// Two designs have no joint maximum likelihood solution of this form, and `identified` is false
-// for them and nothing is solved: structures that are crossed with all Flanks (their centering is
-// then a real restriction), and no non-centered Flank.
+// Constraints that only choose an origin take nothing from the likelihood.  Where they do, as with
+// structures that are crossed with all Flanks or without a non-centered Flank, `restriction` tells
+// how many score points they hold back; the program's own update then has another fixed point.
 //
 // Tested by tests/unit/support/slow_judge_test.cpp on closed forms and independent solutions.
 #ifndef FLANKS_TESTS_SUPPORT_SLOW_JUDGE_H
@@ -40,11 +49,29 @@ struct Observation {
   int structure = 0;
 };
 
+enum class Kind { rating, binomial, poisson };
+
+// A category whose threshold stays at `threshold`, observed or not.
+struct CategoryAnchor {
+  int category = 0;  // as in the data
+  double threshold = 0.0;
+};
+
+// What is known of a structure beforehand.
+struct StructurePlan {
+  Kind kind = Kind::rating;
+  bool keep = false;  // rating: unobserved categories inside keep their place, with probability 0
+  int trials = 1;     // binomial
+  bool discriminationAnchored = false;  // binomial, Poisson: c stays at `discrimination`
+  double discrimination = 1.0;
+  std::vector<CategoryAnchor> anchors;  // rating
+};
+
 struct Design {
   std::vector<int> elementCounts;  // by Flank
   std::vector<int> signs;          // by Flank: +1 positive, -1 negative
   int noncenteredFlank = 0;        // -1: none
-  int structureCount = 1;
+  std::vector<StructurePlan> structures{StructurePlan{}};
   std::vector<Observation> observations;
 
   double extremeAdjustment = 0.3;   // score points, times the smallest weight
@@ -70,20 +97,32 @@ struct Element {
   double fairAverage = 0.0;
 };
 
+enum class CategoryStanding { free, anchored, skipped };
+
 struct Structure {
-  std::vector<int> rawCategories;  // by ordered category
-  std::vector<double> thresholds;  // by ordered category; the first is 0
-  std::vector<double> observed;    // weighted counts, by ordered category
+  Kind kind = Kind::rating;
+  std::vector<int> rawCategories;          // by ordered category
+  std::vector<double> thresholds;          // by ordered category; the first is 0
+  std::vector<CategoryStanding> standing;  // by ordered category
+  std::vector<double> observed;            // weighted counts, by ordered category
+  double discrimination = 1.0;
+  bool discriminationAnchored = false;
   int top() const { return static_cast<int>(rawCategories.size()) - 1; }
   int ordered(int rawCategory) const;  // -1: no place
+  // A dichotomy is one whatever its kind.
+  bool counts() const { return kind != Kind::rating && top() >= 2; }
+  bool skipped(int k) const {
+    return standing[static_cast<std::size_t>(k)] == CategoryStanding::skipped;
+  }
 };
 
 struct Verdict {
   std::vector<std::vector<Element>> elements;  // by Flank and element
   std::vector<Structure> structures;
-  bool identified = true;
-  int sweeps = 0;
-  double largestResidual = 0.0;  // score points, over elements and category counts
+  bool identified = true;  // the constraints leave one maximum
+  int steps = 0;
+  double largestResidual = 0.0;  // score points, of parameters and what the constraints hold back
+  double restriction = 0.0;      // score points: the most that one constraint holds back
   bool converged = false;
 };
 
@@ -109,14 +148,21 @@ enum class Use {
 // B.
 [[nodiscard]] double MeasureSum(const Design& design, const Verdict& verdict, const Observation& o);
 
-// P(0) .. P(m).
+// r(0) .. r(n); a skipped category has a value that means nothing.
+[[nodiscard]] std::vector<double> Exponents(const Structure& structure, double B);
+
+// P(0) .. P(n).
 [[nodiscard]] std::vector<double> Probabilities(const Structure& structure, double B);
 
-// The first moments of the category under the probabilities.
+// ln k!
+[[nodiscard]] double LogFactorialOf(int k);
+
+// The first moments of the category, the last two central.  Of a binomial or Poisson scale with
+// c exactly 1 the mean is that of the whole distribution, and the others are taken about it.
 struct Moments {
-  double mean = 0.0, variance = 0.0, fourth = 0.0;  // the last two central
+  double mean = 0.0, variance = 0.0, fourth = 0.0;
 };
-[[nodiscard]] Moments MomentsOf(const std::vector<double>& probabilities);
+[[nodiscard]] Moments MomentsOf(const Structure& structure, double B);
 
 }  // namespace judge
 

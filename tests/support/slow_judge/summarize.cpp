@@ -53,7 +53,7 @@ void AddObservation(const Design& design, const Verdict& verdict, const Observat
   const Structure& structure = verdict.structures[static_cast<std::size_t>(o.structure)];
   const double B = MeasureSum(design, verdict, o);
   const std::vector<double> p = Probabilities(structure, B);
-  const Moments moments = MomentsOf(p);
+  const Moments moments = MomentsOf(structure, B);
   const int category = structure.ordered(o.category);
   const double w = o.weight;
   const double V = moments.variance;
@@ -69,19 +69,19 @@ void AddObservation(const Design& design, const Verdict& verdict, const Observat
   sums.kurtosis += w * std::max(moments.fourth, kFloor) / std::max(V * V, kFloor);
 
   if (structure.top() >= 2) {
-    double logit = 0.0, mean = 0.0, square = 0.0, observed = 0.0;
-    for (std::size_t k = 1; k < p.size(); ++k) {
-      logit += B - structure.thresholds[k];
-      mean += p[k] * logit;
-      square += p[k] * logit * logit;
-      if (static_cast<int>(k) == category) observed = logit;
+    // Over the categories to the top; a Poisson scale's own go on.
+    const std::vector<double> logits = Exponents(structure, B);
+    double mean = 0.0, square = 0.0;
+    for (int k = 1; k <= structure.top(); ++k) {
+      const std::size_t cell = static_cast<std::size_t>(k);
+      mean += p[cell] * logits[cell];
+      square += p[cell] * logits[cell] * logits[cell];
     }
-    sums.logits += w * (observed - mean);
+    sums.logits += w * (logits[static_cast<std::size_t>(category)] - mean);
     sums.logitVariance += w * (square - mean * mean);
   }
 
-  const double fairMean =
-      MomentsOf(Probabilities(structure, FairMeasure(design, verdict, o, f))).mean;
+  const double fairMean = MomentsOf(structure, FairMeasure(design, verdict, o, f)).mean;
   sums.fair += w * (fairMean + structure.rawCategories.front());
 }
 
@@ -153,7 +153,7 @@ void Summarize(const Design& design, Verdict& verdict) {
     if (use == Use::none) continue;
     const Structure& structure = verdict.structures[static_cast<std::size_t>(o.structure)];
     const double B = MeasureSum(design, verdict, o);
-    const Moments moments = MomentsOf(Probabilities(structure, B));
+    const Moments moments = MomentsOf(structure, B);
     const double m = structure.top();
     const Pair pair{o.weight, B, structure.ordered(o.category) / m, moments.mean / m,
                     moments.variance / (m * m)};

@@ -39,7 +39,7 @@ class FitRun {
   // Reads the data; all elements are in play at measure 0, all thresholds are 0.
   void Read(const std::string& lines) {
     data.Read(lines);
-    BuildScales(data.design(), data.analysis.structures, scales());
+    BuildScales(data.design(), data.analysis.structures, 1.0f, scales());
     Estimates& e = estimates();
     e.TinyValue = static_cast<float>(std::exp(-80.0));
     e.elements.resize(data.design().ElementTotal);
@@ -263,7 +263,7 @@ struct Comparison {
     run.Flanks(counts, signs);
     design.elementCounts = counts;
     design.signs = signs;
-    design.structureCount = structures;
+    design.structures.resize(static_cast<std::size_t>(structures));
     const int items = counts.back();
     for (int s = 0; s < structures; ++s) {
       const int low = 1 + s * items / structures, high = (s + 1) * items / structures;
@@ -291,7 +291,7 @@ struct Comparison {
     if (person == 0) o.category = top;  // a perfect score
     if (person == 1) o.category = 0;
     o.weight = weighted && random() % 3 == 0 ? 2.5 : 1.0;
-    o.structure = item * design.structureCount / design.elementCounts.back();
+    o.structure = item * static_cast<int>(design.structures.size()) / design.elementCounts.back();
     design.observations.push_back(o);
     if (weighted) lines += o.weight == 1.0 ? "R1," : "R2.5,";
     for (const int n : o.elements) lines += std::to_string(n + 1) + ",";

@@ -144,7 +144,7 @@ TEST(SlowJudge, ARatingScaleOfThreeFlanksWithWeights) {
 // Each item has its own categories: 0 to 2, 0 to 3, 0 to 1.
 TEST(SlowJudge, PartialCredit) {
   Design design = TableDesign({"120", "221", "011", "220", "101", "130"});
-  design.structureCount = 3;
+  design.structures.resize(3);
   for (Observation& o : design.observations) o.structure = o.elements[1];
   const Verdict verdict = Judge(design);
   EXPECT_TRUE(verdict.converged);
@@ -241,17 +241,91 @@ TEST(SlowJudge, ANegativeFlankIsThePositiveOneMirrored) {
   }
 }
 
-TEST(SlowJudge, SaysWhenADesignHasNoSolutionOfItsForm) {
-  Design design = RatingDesign();
-  design.noncenteredFlank = -1;
+// One origin is left over: two Flanks move against each other.
+TEST(SlowJudge, SaysWhenADesignIsNotDetermined) {
+  Design design = TableDesign({"10  ", "01  ", "  10", "  01"});  // two halves that never meet
   EXPECT_FALSE(Judge(design).identified);
+}
+
+// Constraints that choose an origin hold nothing back; others do, and the maximum is another.
+TEST(SlowJudge, TellsWhatTheConstraintsHoldBack) {
+  Design design = RatingDesign();
+  EXPECT_LT(Judge(design).restriction, 1E-8);
+  design.noncenteredFlank = -1;
+  EXPECT_GT(Judge(design).restriction, 0.1);
   design = RatingDesign();
-  design.structureCount = 2;  // two scales, both used by every element of every Flank
+  design.structures.resize(2);  // two scales, both used by every element of every Flank
   for (std::size_t i = 0; i < design.observations.size(); ++i) {
     const std::vector<int>& n = design.observations[i].elements;
     design.observations[i].structure = (n[0] + n[1] + n[2]) % 2;
   }
-  EXPECT_FALSE(Judge(design).identified);
+  EXPECT_GT(Judge(design).restriction, 0.01);
+}
+
+// One element and five trials each: the binomial proportion, and the expected score of its logit.
+TEST(SlowJudge, AnAnchoredBinomialScaleReproducesTheProportion) {
+  Design design;
+  design.elementCounts = {1};
+  design.signs = {1};
+  design.structures[0] = {Kind::binomial, false, 5, true, 1.0, {}};
+  for (const int category : {0, 2, 3, 5, 1}) design.observations.push_back({{0}, category, 1.0, 0});
+  const Verdict verdict = Judge(design);
+  EXPECT_NEAR(verdict.elements[0][0].measure, std::log(11.0 / 14.0), 1E-9);
+  // 25 trials of variance p (1 - p).
+  EXPECT_NEAR(verdict.elements[0][0].standardError, 1.0 / std::sqrt(25 * .44 * .56), 1E-9);
+  EXPECT_EQ(verdict.elements[0][0].largestScore, 25.0);
+}
+
+TEST(SlowJudge, AnAnchoredPoissonScaleReproducesTheMeanCount) {
+  Design design;
+  design.elementCounts = {1};
+  design.signs = {1};
+  design.structures[0] = {Kind::poisson, false, 1, true, 1.0, {}};
+  for (const int category : {0, 2, 3, 5, 1}) design.observations.push_back({{0}, category, 1.0, 0});
+  EXPECT_NEAR(Judge(design).elements[0][0].measure, std::log(2.2), 1E-9);
+}
+
+// One element: two parameters and the sums of k and of t(k) are matched.
+TEST(SlowJudge, AnEstimatedDiscriminationMatchesItsSum) {
+  Design design;
+  design.elementCounts = {1};
+  design.signs = {1};
+  design.structures[0] = {Kind::binomial, false, 3, false, 1.0, {}};
+  const std::vector<int> data = {0, 0, 1, 1, 1, 1, 2, 2, 2, 3};
+  for (const int category : data) design.observations.push_back({{0}, category, 1.0, 0});
+  const Verdict verdict = Judge(design);
+  const std::vector<double> p =
+      Probabilities(verdict.structures[0], verdict.elements[0][0].measure);
+  EXPECT_NEAR(p[1] + 2 * p[2] + 3 * p[3], 1.3, 1E-9);
+  // t = 0, -ln 3, -ln 3, 0: what is matched is the share of the two categories inside.
+  EXPECT_NEAR(p[1] + p[2], .7, 1E-9);
+}
+
+// Skipped and anchored categories: probabilities .016236 .119972 0 .537675 .326117 by hand.
+TEST(SlowJudge, ASkippedCategoryHasNoProbability) {
+  Structure structure;
+  structure.rawCategories = {0, 1, 2, 3, 4};
+  structure.thresholds = {0.0, -1.0, 0.0, .5, 1.5};
+  structure.standing.assign(5, CategoryStanding::free);
+  structure.standing[2] = CategoryStanding::skipped;
+  ExpectNear(Probabilities(structure, 1.0), {.016236, .119972, 0.0, .537675, .326117}, 1E-6);
+  const Moments moments = MomentsOf(structure, 1.0);
+  EXPECT_NEAR(moments.mean, 3.037464, 1E-6);
+  EXPECT_NEAR(moments.variance, .950727, 1E-6);
+}
+
+TEST(SlowJudge, KeptAndAnchoredCategoriesHaveTheirPlaces) {
+  Design design = TableDesign({"0131", "1300", "3011", "1103", "0310"});
+  design.structures[0].keep = true;
+  EXPECT_EQ(Judge(design).structures[0].rawCategories, (std::vector<int>{0, 1, 2, 3}));
+  EXPECT_TRUE(Judge(design).structures[0].skipped(2));
+  design.structures[0].keep = false;
+  design.structures[0].anchors = {{1, -.5}, {4, 1.0}};
+  const Verdict verdict = Judge(design);
+  EXPECT_EQ(verdict.structures[0].rawCategories, (std::vector<int>{0, 1, 3, 4}));
+  EXPECT_EQ(verdict.structures[0].thresholds[1], -.5);
+  EXPECT_EQ(verdict.structures[0].thresholds[3], 1.0);
+  EXPECT_NE(verdict.structures[0].thresholds[2], 0.0);
 }
 
 }  // namespace
