@@ -88,6 +88,7 @@ enum class Fault : std::int32_t {
   rangeTooLong = 77,
   rangeInUnusedFlank = 78,
   invalidElementNumberInData = 231,
+  notBuiltYet = 300,  // a keyword or value whose effect this version does not have
   operationCancelled = 65535,
 };
 

@@ -53,6 +53,38 @@ TEST(Iterate, BeginsWithAtMostTwoProxIterations) {
   EXPECT_GE(Occurrences(report, "| JMLE"), 2u);
 }
 
+// Persons far apart, so that a second PROX iteration is wanted.
+constexpr const char* kFarApart =
+    "1,1-4,0,0,0,1\n2,1-4,0,1,0,0\n3,1-4,1,0,1,2\n4,1-4,1,2,1,0\n5,1-4,2,2,1,2\n6,1-4,2,1,2,2\n";
+
+TEST(Iterate, APoissonScaleEndsProxAfterOneIteration) {
+  const Loop rating("Write=Y", kFarApart);
+  EXPECT_EQ(Occurrences(rating.Report(), "| PROX"), 2u);
+  Loop counts("");
+  counts.Write("data.txt", kFarApart);
+  counts.Analyze(
+      "Flanks=2\nWrite=Y\nModels=\n?,1-3,R2\n?,4,P\n*\nLabels=\n1,Persons\n1-6=p\n*\n"
+      "2,Items\n1-4=i\n*\nData=data.txt\n");
+  EXPECT_EQ(counts.exitCode, 0) << counts.Screen();
+  EXPECT_EQ(Occurrences(counts.Report(), "| PROX"), 1u);
+}
+
+TEST(Iterate, AnEstimatedDiscriminationIsAFreeParameterWithALineOfItsOwn) {
+  const std::string rest = "\nLabels=\n1,Persons\n1-6=p\n*\n2,Items\n1-4=i\n*\nData=data.txt\n";
+  Loop free("");
+  free.Analyze("Flanks=2\nWrite=Y\nModels=?,?,B3" + rest);
+  EXPECT_EQ(free.exitCode, 0) << free.Screen();
+  EXPECT_GE(Occurrences(free.Report(), "Bin Disc: 1 "), 1u) << free.Report();
+  EXPECT_NE(free.analysis.scales.ThresholdTable.at(ScaleRow(0), 0), 1.0f);
+  EXPECT_EQ(free.state().FreeParameterCount, 6 + 4 - 1 + 1);
+  Loop anchored("");
+  anchored.Analyze("Flanks=2\nWrite=Y\nModels=?,?,T\nRating scale=T,B3\n0=none,1,A\n*" + rest);
+  EXPECT_EQ(anchored.exitCode, 0) << anchored.Screen();
+  EXPECT_EQ(Occurrences(anchored.Report(), "Disc:"), 0u);
+  EXPECT_EQ(anchored.analysis.scales.ThresholdTable.at(ScaleRow(0), 0), 1.0f);
+  EXPECT_EQ(anchored.state().FreeParameterCount, 6 + 4 - 1);
+}
+
 TEST(Iterate, TheLimitIsSaidOnce) {
   const Loop loop("Iterations=5\nConvergence=.0000001,.0000001");
   EXPECT_EQ(loop.state().IterationNumber, 5);

@@ -1,5 +1,6 @@
 #include "estimate/table3.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "report/format/box.h"
@@ -105,6 +106,31 @@ TEST(Table3, AFlanksSummaryIsInUserUnitsAndForTheLongFormOnly) {
   ReportFlankSummary(page.console, "Raters", summary);
   EXPECT_EQ(page.shell.output,
             std::vector<std::string>{"Raters          Mean=  30.00 S.D.=  10.00 Count=     2"});
+}
+
+// The sum of the terms is 7.5 and 5.1 is expected; the discrimination has gone from 1.003 to .91.
+TEST(Table3, TheLineOfADiscriminationHasItsSumsValueAndChange) {
+  Page page;
+  page.settings.Write = true;
+  Design design;
+  Estimates estimates;
+  estimates.iteration = Jmle();
+  estimates.iteration.changes.MaxCategoryResidual = 2.4;
+  estimates.iteration.changes.categoryScale = ScaleRow(1);
+  ScaleTables scales;
+  scales.scaleType.assign(2, ScaleType::binomial);
+  scales.DiscriminationSums.assign(2, 6, 7.5);
+  scales.ExpectedCount.assign(2, 6, 5.1);
+  scales.PreviousThreshold.assign(2, 6, 1.003f);
+  scales.ThresholdTable.assign(2, 6, .91f);
+  ReportIteration(page.console, {design, estimates, scales, {}});
+  EXPECT_THAT(
+      page.shell.output,
+      ::testing::Contains("Bin Disc: 2           7.5      5.10     2.40  32.0    .91    -.0930"));
+  scales.scaleType.assign(2, ScaleType::poisson);
+  page.shell.output.clear();
+  ReportIteration(page.console, {design, estimates, scales, {}});
+  EXPECT_THAT(page.shell.output, ::testing::Contains(::testing::StartsWith("Poi Disc: 2 ")));
 }
 
 }  // namespace
