@@ -80,6 +80,15 @@ void WriteFlank(Run& run, FlankNo flank, const std::vector<ArrangeItem>& arrange
   }
 }
 
+// An order for a Flank that is not there gives no box, for which a user would look.
+void TellFlanksNotThere(Run& run, const std::vector<ArrangeItem>& arrange) {
+  for (const ArrangeItem& item : arrange) {
+    if (item.flank <= run.analysis.design.FlankCount) continue;
+    run.console.WarnLine("Arrange=" + std::to_string(item.flank) + item.letters +
+                         " gives no Table: there is no Flank " + std::to_string(item.flank) + ".");
+  }
+}
+
 }  // namespace
 
 void WriteTable7(Run& run) {
@@ -87,6 +96,7 @@ void WriteTable7(Run& run) {
   const std::vector<ArrangeItem> arrange = ReadArrange(run.analysis.settings.Arrange);
   // "L" asks for the list of all elements, the only kind that there is without groups.
   if (run.analysis.settings.T7LGS.find('L') == std::string::npos) return;
+  TellFlanksNotThere(run, arrange);
   for (FlankNo flank : Upward(run.analysis.design.flanks.FlankElementCount)) {
     run.at = "Flank";
     if (run.analysis.design.flanks.FlankElementCount[flank] > 0) WriteFlank(run, flank, arrange);

@@ -160,7 +160,8 @@ std::string FaultLine(Fault fault, const FaultParticulars& particulars) {
   std::string line;
   if (!particulars.text.empty()) line += ShownText(particulars.text) + " ";
   if (!particulars.name.empty()) line += particulars.name + " is: ";
-  line += FaultWords(fault, particulars) + ": ";
+  line += FaultWords(fault, particulars);
+  line += line.ends_with(':') ? " " : ": ";
   if (particulars.lineNumber > 0) line += std::to_string(particulars.lineNumber) + " in line ";
   return line + "Error F" + CodeText(fault);
 }

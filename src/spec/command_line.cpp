@@ -83,7 +83,7 @@ void ApplyExtra(SpecContext& context, const std::string& specification) {
   else
     ApplySpecification(context);
   if (!reading.faulty()) return;
-  if (reading.fault.text.empty()) reading.fault.text = specification;
+  ShowLineOfFault(reading);
   if (reading.fault.name.empty()) reading.fault.name = kExtrasName;
 }
 

@@ -142,10 +142,12 @@ std::vector<int> ReadEntered(SpecContext& context) {
   return flanks;
 }
 
-// Statements that were read for another number of active positions cannot be used.
-bool StatementsDisagree(SpecContext& context, int active) {
+// Without an active position there is nothing to measure, and statements that were read for another
+// number of active positions cannot be used.
+bool CannotBeUsed(SpecContext& context, int active) {
   const Design& design = context.design;
-  if (design.ModelLast < 0 || design.ModelFlankCount == active) return false;
+  const bool statementsAgree = design.ModelLast < 0 || design.ModelFlankCount == active;
+  if (active > 0 && statementsAgree) return false;
   FaultParticulars particulars;
   particulars.number = active;
   SetFault(context.reading, Fault::enteredMismatch, std::move(particulars));
@@ -161,6 +163,11 @@ void SetFlanks(SpecContext& context) {
   const int listed =
       std::max(HighestOf(context.state.centers), HighestOf(context.state.orientations));
   if (count < listed) return SetFault(context.reading, Fault::flanksConflict);
+  // What needs the Flanks will be refused; here is why.
+  if (count == 0)
+    context.console.ShowFlagged(
+        JoinNumber("There are no Flanks by line", context.reading.LineNumber) + ": " +
+        std::string(ShownPart(context.reading.SourceLine)));
   SetFlankCount(context, count);
   if (FieldAt(context.reading, 2).empty()) return;
   context.design.DataFlankCount =
@@ -206,7 +213,7 @@ void SetEnteredInData(SpecContext& context) {
   if (active != design.FlankCount)
     context.console.WarnLine(JoinNumber(" Entered= has", active) +
                              " active flank positions. This must match Models=");
-  if (StatementsDisagree(context, active)) return;
+  if (CannotBeUsed(context, active)) return;
   BuildMaps(design, flanks);
   context.settings.enteredInDataGiven = true;
 }

@@ -11,10 +11,12 @@
 #include "base/parse_integer.h"
 #include "base/text.h"
 #include "base/utf8.h"
+#include "report/format/join_number.h"
 #include "run/messages.h"
 #include "spec/file_names.h"
 #include "spec/flank_maps.h"
 #include "spec/keyword_table.h"
+#include "spec/list_reading.h"
 #include "spec/specification_reader.h"
 #include "spec/values.h"
 
@@ -25,6 +27,7 @@ constexpr std::size_t kTableFlags = 14;
 constexpr std::int32_t kMostDecimals = 9;
 constexpr float kNewtonOfYes = 0.5f;
 constexpr std::string_view kArrangeLetters = "AFMNPafmnp";
+constexpr std::size_t kMostFlankDigits = 3;
 
 const std::string& Value(const SpecContext& context, std::size_t field = 1) {
   return context.reading.Fields[field];
@@ -62,11 +65,30 @@ void TakeWhole(SpecContext& context, std::size_t field, std::int32_t& number) {
   if (!Value(context, field).empty())
     number = EvaluateWhole(context.console, Value(context, field));
 }
-void TakeNonZero(SpecContext& context, std::size_t field, float& number) {
-  float value = 0.0f;
-  TakeNumber(context, field, value);
-  if (value != 0.0f) number = value;
+
+// A value out of its range leaves the setting as it is, and the user is told.
+void TellNotTaken(SpecContext& context, const std::string& value) {
+  context.console.ShowFlagged("The value " + value + " is out of range and not taken: " +
+                              std::string(ShownPart(context.reading.SourceLine)));
 }
+
+// Takes a number within a range.
+template <class InRange>
+void TakeInRange(SpecContext& context, std::size_t field, float& number, InRange inRange) {
+  const std::string& text = Value(context, field);
+  if (text.empty()) return;
+  const float value = EvaluateValue(context.console, text);
+  if (inRange(value))
+    number = value;
+  else
+    TellNotTaken(context, text);
+}
+
+// A number of units; one so small that it shows as 0 is none.
+void TakeNonZero(SpecContext& context, std::size_t field, float& number) {
+  TakeInRange(context, field, number, [](float value) { return FreeNumber(value) != "0"; });
+}
+
 void TakeDecimals(SpecContext& context, std::size_t field, std::int32_t& decimals) {
   TakeWhole(context, field, decimals);
   decimals = std::clamp(decimals, 0, kMostDecimals);
@@ -95,8 +117,14 @@ bool UnitsAreLocked(SpecContext& context) {
 // An optional Flank number and letters: "mN", "2fN".
 bool IsArrangement(std::string_view item) {
   const std::size_t letters = item.find_first_not_of("0123456789");
-  return letters != std::string_view::npos &&
+  return letters != std::string_view::npos && letters <= kMostFlankDigits &&
          item.find_first_not_of(kArrangeLetters, letters) == std::string_view::npos;
+}
+
+// Whether the line, without its comment, ends in a quote mark.
+bool EndsInQuote(std::string_view line) {
+  line = TrimRight(line.substr(0, line.find(';')));
+  return !line.empty() && (line.back() == '"' || line.back() == '\'');
 }
 
 // The first character of a text that may be UTF-8.
@@ -157,9 +185,7 @@ void SetConvergence(SpecContext& context) {
 }
 
 void SetHardware(SpecContext& context) {
-  float value = 0.0f;
-  TakeNumber(context, 1, value);
-  if (value > 0.0f) context.settings.Hardware = value;
+  TakeInRange(context, 1, context.settings.Hardware, [](float value) { return value > 0.0f; });
 }
 
 void SetIterations(SpecContext& context) {
@@ -187,11 +213,9 @@ void SetWhexact(SpecContext& context) {
 }
 
 void SetXtreme(SpecContext& context) {
-  for (std::size_t i = 0; i < context.settings.Xtreme.size(); ++i) {
-    float value = 0.0f;
-    TakeNumber(context, i + 1, value);
-    if (value > 0.0f && value < 1.0f) context.settings.Xtreme[i] = value;
-  }
+  for (std::size_t i = 0; i < context.settings.Xtreme.size(); ++i)
+    TakeInRange(context, i + 1, context.settings.Xtreme[i],
+                [](float value) { return value > 0.0f && value < 1.0f; });
 }
 
 // ---- Data
@@ -358,8 +382,16 @@ void SetTables(SpecContext& context) {
   context.settings.Tables = value;
 }
 
+// Quotes around a title with a comma stand in two fields: the last one has lost its own.
 void SetTitle(SpecContext& context) {
-  context.settings.Title = JoinFields(context, ", ");
+  constexpr std::string_view kQuotes = "\"'";
+  const std::string& first = Value(context);
+  std::string title = JoinFields(context, ", ");
+  const bool opens = context.reading.FieldCount > 1 && first.size() > 1 &&
+                     kQuotes.find(first.front()) != std::string_view::npos &&
+                     kQuotes.find(first.back()) == std::string_view::npos;
+  if (opens && EndsInQuote(context.reading.SourceLine)) title.erase(0, 1);
+  context.settings.Title = title;
 }
 
 void SetTotalscore(SpecContext& context) {
@@ -406,8 +438,9 @@ void SetZscore(SpecContext& context) {
 
 // ---- The run and its output files
 
+// As on the command line, where it is asked for before anything else: a Y anywhere in the value.
 void SetBatch(SpecContext& context) {
-  context.settings.Batch = IsYes(context);
+  context.settings.Batch = UpperCase(JoinFields(context, ",")).find('Y') != std::string::npos;
 }
 
 void SetBeep(SpecContext& context) {

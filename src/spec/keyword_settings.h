@@ -3,7 +3,7 @@
 // Each takes the fields of its line and writes one field of Settings.  A switch is judged by the
 // first letter of its value: Y is yes, anything else and an empty value is no.  Real numbers may be
 // expressions; whole ones are cut.  Other keywords with an empty value keep what they have, unless
-// it says otherwise here.
+// it says otherwise here; a number out of its range does so too, and the screen tells.
 //
 // Tested by tests/unit/spec/keyword_settings_test.cpp.
 #ifndef FLANKS_SPEC_KEYWORD_SETTINGS_H
@@ -73,7 +73,7 @@ void SetYardstick(SpecContext& context);
 void SetZscore(SpecContext& context);
 
 // The run and its output files.
-void SetBatch(SpecContext& context);
+void SetBatch(SpecContext& context);  // a Y anywhere in the value
 void SetBeep(SpecContext& context);
 void SetCsv(SpecContext& context);
 void SetHeadingLines(SpecContext& context);

@@ -5,12 +5,14 @@
 #include <string>
 
 #include "base/text.h"
+#include "report/format/join_number.h"
 #include "spec/delements.h"
 #include "spec/dvalues.h"
 #include "spec/flank_maps.h"
 #include "spec/group_labels.h"
 #include "spec/keyword_settings.h"
 #include "spec/labels.h"
+#include "spec/list_reading.h"
 #include "spec/models.h"
 #include "spec/scales.h"
 #include "spec/specification_reader.h"
@@ -127,6 +129,18 @@ void PassOver(SpecContext& context, const KeywordRow& row) {
     context.state.EndOfSpecification = true;
 }
 
+// "Umean 50" is a keyword without a value, which is as a rule not what was meant.
+void TellMissingSign(SpecContext& context) {
+  const ReadState& reading = context.reading;
+  const std::string_view source = reading.SourceLine;
+  const std::string_view line = Trim(source.substr(0, source.find(';')));
+  const bool twoWords = reading.CurrentLine.find(' ') != std::string::npos;
+  if (!twoWords || line.find_first_of("=,\t") != std::string_view::npos) return;
+  context.console.ShowFlagged(
+      JoinNumber("There is no \"=\" in line", reading.LineNumber) +
+      ", so this is a keyword without a value: " + std::string(ShownPart(line)));
+}
+
 void NotUnderstood(SpecContext& context) {
   context.console.ShowFlagged("Specification not understood: " + context.reading.CurrentLine +
                               context.reading.SourceLine);
@@ -162,6 +176,7 @@ void ApplySpecification(SpecContext& context) {
   const KeywordRow* row = ResolveKeyword(reading.CurrentLine);
   if (row == nullptr) return NotUnderstood(context);
   if (WhereSeen(state, row->code) != SeenIn::nowhere) return PassOver(context, *row);
+  TellMissingSign(context);
   MarkSeen(state, row->code, state.ReadingExtras ? SeenIn::extras : SeenIn::file);
   if (row->handler != nullptr) row->handler(context);
 }

@@ -94,8 +94,11 @@ void OpenFurtherOutputFiles(Run& run) {
     run.console.ShowLine(std::string(output.words) + InQuotes(output.name));
     std::string reason;
     if (CanBeWritten(output.name, reason)) continue;
-    run.console.WarnLine("Failure opening output file: " + InQuotes(output.name) + " (" + reason +
-                         ")");
+    const std::string message =
+        "Failure opening output file: " + InQuotes(output.name) + " (" + reason + ")";
+    run.console.ShowFlagged(message);
+    // The report is open, but its first line is still to come: Table 1 tells it.
+    run.analysis.report.deferredMessages.push_back(message);
     output.name.clear();
   }
 }

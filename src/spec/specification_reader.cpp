@@ -11,18 +11,8 @@
 namespace flanks {
 namespace {
 
-constexpr std::size_t kShownOfLongLine = 500;  // bytes of a line that a fault shows
-
 char AsSeparator(char c) {
   return c == '=' || c == '\t' ? ',' : c;
-}
-
-// Without the quotes at both ends and the blanks between them.
-std::string_view WithoutQuotes(std::string_view text) {
-  constexpr std::string_view kQuotesAndBlank = "\"' ";
-  const std::size_t first = text.find_first_not_of(kQuotesAndBlank);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kQuotesAndBlank) - first + 1);
 }
 
 // Room for fields 0 to `count`, and never less than what handlers may look at.
@@ -41,13 +31,12 @@ void EndList(ReadState& reading) {
   reading.FieldCount = 1;
 }
 
-// The reader's name and the line at fault, where the handler gave neither.
+// The reader's name, where the handler gave none, and the line at fault.
 void CompleteFault(SpecContext& context) {
   ReadState& reading = context.reading;
   if (!reading.faulty()) return;
   if (reading.fault.name.empty()) reading.fault.name = kSpecificationName;
-  if (reading.fault.text.empty())
-    reading.fault.text = Trim(reading.SourceLine).substr(0, kShownOfLongLine);
+  ShowLineOfFault(reading);
 }
 
 void ApplyLines(SpecContext& context) {
@@ -64,6 +53,23 @@ void ApplyLines(SpecContext& context) {
 }
 
 }  // namespace
+
+std::string_view WithoutQuotes(std::string_view text) {
+  constexpr std::string_view kQuotesAndBlank = "\"' ";
+  const std::size_t first = text.find_first_not_of(kQuotesAndBlank);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kQuotesAndBlank) - first + 1);
+}
+
+void ShowLineOfFault(ReadState& reading) {
+  std::string& text = reading.fault.text;
+  const std::string line(ShownPart(reading.SourceLine));
+  const bool inLine = line.find(text) != std::string::npos && reading.fault.lineNumber >= 0;
+  if (text.empty() || (inLine && reading.FieldCount < 2))
+    text = line;
+  else if (inLine && text != line)
+    text += " in " + line;
+}
 
 SpecificationState::SpecificationState() = default;
 SpecificationState::~SpecificationState() = default;

@@ -101,6 +101,13 @@ constexpr int kFewestFields = 12;
 [[nodiscard]] bool SplitSpecification(std::string_view line, std::vector<std::string>& fields,
                                       int& fieldCount);
 
+// Without the quotes and blanks at both ends.
+std::string_view WithoutQuotes(std::string_view text);
+
+// Puts the line into the text of the pending fault, which is the value at fault or nothing: the
+// value with its keyword, "Flanks=x", or with its line when more stands there, "x in Center=1,x".
+void ShowLineOfFault(ReadState& reading);
+
 // What SetFault takes for a fault of which nothing but the text is known.
 FaultParticulars TextAtFault(std::string_view text);
 

@@ -131,7 +131,7 @@ std::string_view SpecificationSource::WithoutNoBreakSpaces(Console& console,
 
 bool SpecificationSource::OpenIncluded(Console& console, std::string_view line) {
   const std::string_view afterMark = line.substr(1);
-  const std::string name(Trim(afterMark.substr(0, afterMark.find(kCommentMark))));
+  const std::string name(WithoutQuotes(afterMark.substr(0, afterMark.find(kCommentMark))));
   if (const Fault fault = CheckFileName(name); fault != Fault::none)
     return Fail(fault, std::string(line));
   console.ShowLine("Reading % include file: " + name);

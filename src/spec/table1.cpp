@@ -63,7 +63,7 @@ void AddFlankLists(const FlankTable& flanks, Lines& lines) {
   }
   if (!floating.empty()) lines.push_back("Non-centered = " + floating);
   if (!zero.empty()) lines.push_back("Centered = " + zero);
-  lines.push_back("Positive = " + positive);
+  lines.push_back("Positive = " + (positive.empty() ? "none" : positive));
 }
 
 void AddLabels(const Settings& settings, const FlankTable& flanks, Lines& lines) {

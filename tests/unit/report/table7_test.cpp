@@ -43,6 +43,14 @@ TEST(Table7, AnItemWithANumberIsForItsFlankAlone) {
   EXPECT_EQ(report.find("Table 7.3"), std::string::npos);
 }
 
+TEST(Table7, AnOrderForAFlankThatIsNotThereIsTold) {
+  const std::string told = "\nArrange=4mN gives no Table: there is no Flank 4.\n";
+  const std::string report = ReportOf("Arrange=4mN,1N");
+  EXPECT_NE(report.find(told), std::string::npos);
+  EXPECT_TRUE(Holds(report, "Table 7.1.1  Persons Measurement Report  (arranged by N)"));
+  EXPECT_EQ(ReportOf("Arrange=3mN").find("gives no Table"), std::string::npos);
+}
+
 TEST(Table7, WithoutAnOrderOrAListThereIsNone) {
   EXPECT_EQ(ReportOf("Arrange=").find("Table 7."), std::string::npos);
   EXPECT_EQ(ReportOf("T7LGS=S").find("Table 7."), std::string::npos);

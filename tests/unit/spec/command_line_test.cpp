@@ -118,9 +118,9 @@ TEST(ReadCommandLine, ReportsItsFaultsByItsName) {
       {"nowhere.txt Batch=Y",
        "\"nowhere.txt\" Command line is: File not found in batch mode: Error F52"},
       {"a*.txt",
-       "\"a*.txt\" Command line is: File name contains * or ?, or ends with \\ / or :: Error F42"},
+       "\"a*.txt\" Command line is: File name contains * or ?, or ends with \\ / or : Error F42"},
       {"$ out.txt anchors.txt a?.txt",
-       "\"a?.txt\" Command line is: File name contains * or ?, or ends with \\ / or :: Error F42"},
+       "\"a?.txt\" Command line is: File name contains * or ?, or ends with \\ / or : Error F42"},
   };
   for (const CommandFaultCase& c : cases) EXPECT_EQ(StepRun(c.line).FaultText(), c.report);
 }
@@ -152,7 +152,7 @@ TEST(ApplyExtraSpecifications, HaveTheirFaults) {
   const CommandFaultCase cases[] = {
       {"$ =5", "=5 Extra specifications is: \"Specification=value\" expected: Error F1"},
       {"$ Arrange=Q",
-       "Q Extra specifications is: Valid arrangements are flank number (optional) then "
+       "Arrange=Q Extra specifications is: Valid arrangements are flank number (optional) then "
        "A,F,M,N,P,a,m,f,n,p: Error F32"},
       {"$ Entered-in-data=1,2",
        "Entered-in-data=1,2 Extra specifications is: Please specify Flanks= before this "

@@ -94,7 +94,7 @@ TEST(FlankLists, RefuseFlanksThatThereAreNot) {
   SpecRun test;
   test.Read("Flanks=2\nNoncenter=3\n");
   EXPECT_EQ(test.FaultText(),
-            "3 Specification is: Number invalid or greater than 2: 2 in line Error F2");
+            "Noncenter=3 Specification is: Number invalid or greater than 2: 2 in line Error F2");
 }
 
 TEST(FlankTable, HasItsDefaults) {

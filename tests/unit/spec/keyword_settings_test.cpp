@@ -47,6 +47,8 @@ TEST(Switches, AreYesForYAndNothingElse) {
       {SetBeep, "Beep=yes", &Settings::Beep, true},
       {SetBeep, "Beep=", &Settings::Beep, false},
       {SetBatch, "Batch=Y", &Settings::Batch, true},
+      {SetBatch, "Batch=hey", &Settings::Batch, true},
+      {SetBatch, "Batch=No", &Settings::Batch, false},
       {SetHeadingLines, "Heading lines=N", &Settings::IncludeHeadings, false},
       {SetHeadingLines, "Heading lines=Y", &Settings::IncludeHeadings, true},
       {SetLeftHand, "Left-hand=Y", &Settings::LeftHand, true},
@@ -125,6 +127,8 @@ TEST(Numbers, MayBeExpressionsAndAreCutWhenWhole) {
       {SetUnexpected, "Unexpected=2", &Settings::Unexpected, 2.0f},
       {SetUscale, "Uscale=20/2", &Settings::Uscale, 10.0f},
       {SetUscale, "Uscale=0", &Settings::Uscale, 1.0f},
+      {SetUscale, "Uscale=1E-40", &Settings::Uscale, 1.0f},
+      {SetUscale, "Uscale=1E-7", &Settings::Uscale, 1E-7f},
       {SetUscale, "Uscale=-2", &Settings::Uscale, -2.0f},
   });
 }
@@ -218,7 +222,7 @@ TEST(NullElement, HasASignAndARange) {
   for (const std::string value : {"-2", "2147483647", "x", "1.5", "1E+400"}) {
     SpecRun test;
     test.Read("Keepzero=" + value + "\n");
-    EXPECT_EQ(test.FaultText(), value +
+    EXPECT_EQ(test.FaultText(), "Keepzero=" + value +
                                     " Specification is: Keepzero= value out of range: -1 to "
                                     "2147483646: 1 in line Error F76");
   }

@@ -172,6 +172,14 @@ TEST(IncludeFiles, TakeThePlaceOfTheirLineAndShareTheLineNumbers) {
   EXPECT_THAT(test.shell.Screen(), HasSubstr("Reading % include file: inner.txt\n"));
 }
 
+TEST(IncludeFiles, MayHaveTheirNamesInQuotes) {
+  SpecRun test;
+  test.folder.write("with blank.txt", "b=2\n");
+  EXPECT_THAT(ReadAll(test, "a=1\n% \"with blank.txt\" ; quoted\nc=3\n").lines,
+              ElementsAre("a=1", "b=2", "c=3"));
+  EXPECT_EQ(ReadAll(test, "%\"\"\n").fault, Fault::noFileName);
+}
+
 TEST(IncludeFiles, APercentSignWithinALineIsOrdinary) {
   SpecRun test;
   EXPECT_THAT(ReadAll(test, "Title=50% of all\n").lines, ElementsAre("Title=50% of all"));
@@ -391,9 +399,10 @@ TEST(ReadSpecification, NamesTheLineAtFault) {
        ",5 Specification is: \"Specification=value\" expected: 2 in line Error F1"},
       {"\n%\n", "% Specification is: No file name: 2 in line Error F41"},
       {"Flanks=300\n",
-       "300 Specification is: Number invalid or greater than 255: 1 in line Error F2"},
+       "Flanks=300 Specification is: Number invalid or greater than 255: 1 in line Error F2"},
       {"Flanks=2.5\n",
-       "2.5 Specification is: Non-Integer value where integer expected: 1 in line Error F28"},
+       "Flanks=2.5 Specification is: Non-Integer value where integer expected: 1 in line Error "
+       "F28"},
       {"Entered-in-data=1\n",
        "Entered-in-data=1 Specification is: Please specify Flanks= before this specification: "
        "1 in line Error F34"},

@@ -6,12 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "spec/delements.h"
-#include "spec/labels.h"
-#include "spec/models.h"
-#include "spec/output_names.h"
-#include "spec/scales.h"
-#include "support/spec_run.h"
+#include "support/table1_run.h"
 
 namespace flanks {
 namespace {
@@ -24,41 +19,8 @@ using testing::Not;
 using testing::StartsWith;
 using Lines = std::vector<std::string>;
 
-const std::string kBase =
-    "Title=Check\n"
-    "Flanks=2\n"
-    "Models=?,?,R5\n"
-    "Labels=\n"
-    "1,Persons\n"
-    "1=Ann\n"
-    "2=Bob\n"
-    "3=Cy\n"
-    "*\n"
-    "2,Items\n"
-    "1=i1\n"
-    "2=i2\n"
-    "*\n";
-const std::string kData = "Data=\n1,1,3\n";
-
-// The lines of Table 1 behind a Specification.
-struct Table1Run : SpecRun {
-  Lines lines;
-  explicit Table1Run(const std::string& text, const std::string& extras = "") {
-    Read(text, extras);
-    Do({BuildModelTable, LoadScales, LoadLabels, PrepareDelements, SettleOutputNames,
-        MatchElementsToModels});
-    EXPECT_EQ(fault(), Fault::none) << FaultText();
-    analysis.settings.specificationFile = "s.txt";  // without the folder of the test
-    analysis.report.runHeading = "Check ";
-    if (!Halted(run)) WriteTable1(run);
-    lines = shell.output;
-    for (std::string& line : lines) line.erase(line.find_last_not_of(' ') + 1);
-  }
-  // The lines from the one that is `first` on.
-  Lines From(std::string_view first) const {
-    return {std::find(lines.begin(), lines.end(), first), lines.end()};
-  }
-};
+const std::string& kBase = kTable1Base;
+const std::string& kData = kTable1Data;
 
 TEST(Table1, ShowsTheSpecificationAsUnderstood) {
   const Table1Run test(kBase + kData, "Output=out.txt");
@@ -151,7 +113,7 @@ TEST(Table1, ShowsListsOfFlanks) {
       {"Flanks=2\nPositive=Y\n", "Positive = 1,2"},
       {"Flanks=2\nPositive=2\n", "Positive = 2"},
       {"Flanks=2\nNegative=2\n", "Positive = 1"},
-      {"Flanks=2\nPositive=N\n", "Positive ="},
+      {"Flanks=2\nPositive=N\n", "Positive = none"},
       {"Flanks=2\nNoncenter=1,2\n", "Non-centered = 1,2"},
       {"Flanks=2\nCenter=1Z,2z\n", "Centered = 1Z,2Z"},
       {"Flanks=2\nNull=-1\n", "Null (Keepzero) element= -1"},
