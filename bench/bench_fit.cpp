@@ -24,11 +24,15 @@ constexpr std::int32_t kItems = 250;
 
 enum class Order { byPerson, random };
 
+// What is out of the usual.
+enum class Kind { usual, weighted, extreme, reversed, binomial, poisson };
+
 struct FitCase {
   const char* name;
   Order order;
   int top;
   int scales;  // partial credit: the items share them in turn
+  Kind kind = Kind::usual;
 };
 
 std::vector<float> Thresholds(int top) {
@@ -39,19 +43,28 @@ std::vector<float> Thresholds(int top) {
   return thresholds;
 }
 
+int MakeScale(const FitCase& c, PassDesign& data) {
+  if (c.kind == Kind::binomial) return data.CountScale(ScaleType::binomial, c.top, .8f);
+  if (c.kind == Kind::poisson) return data.CountScale(ScaleType::poisson, c.top, .8f);
+  return data.Rating(Thresholds(c.top));
+}
+
 std::unique_ptr<PassDesign> MakeData(const FitCase& c) {
   auto data = std::make_unique<PassDesign>();
   data->Flank(kPersons, kPositiveOrientation);
   data->Flank(kRaters, kNegativeOrientation);
   data->Flank(kItems, kNegativeOrientation);
-  const int statement = data->Statement({"", "", ""});
-  for (int s = 0; s < c.scales; ++s) data->Structure(statement, data->Rating(Thresholds(c.top)));
+  const int statement = data->Statement({"", "", c.kind == Kind::reversed ? "-" : ""});
+  for (int s = 0; s < c.scales; ++s) data->Structure(statement, MakeScale(c, *data));
   data->Build();
   data->scales.lowestCategory.assign(c.scales, 0);
   std::mt19937 random(7);
   std::normal_distribution<double> normal(0.0, 1.2);
   for (ElementState& element : data->estimates.elements) {
     element.ElementMeasure = Single(normal(random));
+  }
+  for (std::int32_t person = 1; person <= kPersons && c.kind == Kind::extreme; person += 20) {
+    data->element(person).ElementStatus = kStatusMinimum;
   }
   const std::int64_t each = kObservations / kPersons;
   for (std::int64_t r = 0; r < kObservations; ++r) {
@@ -61,7 +74,8 @@ std::unique_ptr<PassDesign> MakeData(const FitCase& c) {
     const std::int32_t item = (person + n) % kItems;
     data->Observe(
         {1 + person, 1 + kPersons + (person + n / 5) % kRaters, 1 + kPersons + kRaters + item},
-        item % c.scales, static_cast<int>(random() % (static_cast<unsigned>(c.top) + 1)));
+        item % c.scales, static_cast<int>(random() % (static_cast<unsigned>(c.top) + 1)),
+        c.kind == Kind::weighted ? 2.0f : 1.0f);
   }
   data->EndOfData();
   FlankMeans(data->design, data->estimates);
@@ -106,10 +120,16 @@ void Fit(benchmark::State& state, const FitCase& c) {
 }
 
 const bool registered = [] {
-  static constexpr FitCase kCases[] = {{"5 categories, by person", Order::byPerson, 4, 1},
-                                       {"5 categories, random order", Order::random, 4, 1},
-                                       {"partial credit, by person", Order::byPerson, 4, 250},
-                                       {"dichotomies, by person", Order::byPerson, 1, 1}};
+  static constexpr FitCase kCases[] = {
+      {"5 categories, by person", Order::byPerson, 4, 1},
+      {"5 categories, random order", Order::random, 4, 1},
+      {"partial credit, by person", Order::byPerson, 4, 250},
+      {"dichotomies, by person", Order::byPerson, 1, 1},
+      {"weighted", Order::byPerson, 4, 1, Kind::weighted},
+      {"one person in 20 extreme", Order::byPerson, 4, 1, Kind::extreme},
+      {"reversed", Order::byPerson, 4, 1, Kind::reversed},
+      {"binomial", Order::byPerson, 4, 1, Kind::binomial},
+      {"Poisson", Order::byPerson, 4, 1, Kind::poisson}};
   for (const FitCase& c : kCases) {
     const auto add = [&](const char* form, auto function) {
       const std::string name = "Fit/" + std::string(c.name) + "/" + form;

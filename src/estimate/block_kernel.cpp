@@ -10,6 +10,14 @@ namespace {
 // With fewer lanes to a scale the calls cost more than what they evaluate.
 constexpr std::size_t kFewLanes = 32;
 
+bool IsEvaluated(const ScaleTables& scales, ScaleRow row) {
+  return scales.ScaleTopCategory[row] >= 1 && scales.scaleType[row] != ScaleType::missing;
+}
+
+bool IsPoisson(const KernelScale& scale) {
+  return scale.type == ScaleType::poisson && scale.top >= 2;
+}
+
 bool HasSkipped(const KernelScale& scale) {
   return std::find(scale.skipped.begin(), scale.skipped.end(), 1) != scale.skipped.end();
 }
@@ -30,26 +38,46 @@ BlockKernel::BlockKernel(std::int32_t scaleCount)
   groupsOfBlock_.reserve(kKernelBlock);
 }
 
-void BlockKernel::Begin(const ScaleTables& scales, float exponentLimit) {
-  oneByOne_ = false;
-  int rows = 1;
+void BlockKernel::Begin(const ScaleTables& scales, float exponentLimit, std::int32_t filledTo) {
+  filledTo_ = 0;
   const auto width = static_cast<std::size_t>(scales.width);
   shapeGroup_ = scaleGroup_;
   for (const ScaleRow row : Upward(scales.scaleType)) {
+    if (!IsEvaluated(scales, row)) continue;
     const int top = scales.ScaleTopCategory[row];
-    if (top < 1 || scales.scaleType[row] == ScaleType::missing) continue;  // never evaluated
     KernelScale& scale = scales_[row.offset()];
     SetUpKernelScale(scales.scaleType[row], top, std::span(scales.ThresholdTable.row(row), width),
                      std::span(scales.CategoryFlag.row(row), width), exponentLimit, scale);
-    rows = std::max(rows, scale.varianceBound);
-    oneByOne_ = oneByOne_ || (scale.type == ScaleType::poisson && top >= 2);
+    filledTo_ = std::max(filledTo_, scale.filled);
     if ((scale.type == ScaleType::rating || top < 2) && !HasSkipped(scale))
       shapeGroup_[row.offset()] = scales.scales() + top;
   }
+  oneByOne_ = ReadsWhatOthersLeft(scales, filledTo);
   if (oneByOne_) return;
-  const std::size_t cells = static_cast<std::size_t>(rows + 1) * kKernelStride;
+  EndPoissonSums(scales);
+  const std::size_t cells = static_cast<std::size_t>(filledTo_ + 1) * kKernelStride;
   probability_.resize(cells);
   if (scales.scales() > 1) laneSteps_.resize(cells);
+}
+
+// Whether a Poisson scale may find more behind its own probabilities than zeros.
+bool BlockKernel::ReadsWhatOthersLeft(const ScaleTables& scales, std::int32_t filledTo) const {
+  const std::int32_t largest = std::max(filledTo, filledTo_);
+  for (const ScaleRow row : Upward(scales.scaleType)) {
+    if (!IsEvaluated(scales, row)) continue;
+    const KernelScale& own = scale(row);
+    if (IsPoisson(own) && own.filled < largest) return true;
+  }
+  return false;
+}
+
+// With nothing but zeros there, the sums end where the scale is filled.
+void BlockKernel::EndPoissonSums(const ScaleTables& scales) {
+  for (const ScaleRow row : Upward(scales.scaleType)) {
+    if (!IsEvaluated(scales, row)) continue;
+    KernelScale& own = scales_[row.offset()];
+    if (IsPoisson(own)) own.varianceBound = own.filled;
+  }
 }
 
 void BlockKernel::Arrange(const ObservationBlock& block, Lanes lanes) {

@@ -10,9 +10,12 @@
 //   kernel.Arrange(block, Lanes::byScale);      // for each block
 //   for (const LaneRun& run : kernel.runs()) ...   kernel.Evaluate(run) ...
 //
-// A Poisson scale reads probabilities that earlier calls left behind, so a run that has one takes
-// its observations one by one, in the order of their records, through the shared array:
-// `oneByOne()` tells so, and the lanes are then in record order whatever their scales.
+// A Poisson scale reads probabilities beyond those that its call fills: what earlier calls left
+// behind.  Where no call fills more than it does, as with one Poisson scale, these are all 0 and
+// add nothing, and its sums end where it is filled.  Otherwise the observations are taken one by
+// one, in the order of their records, through the shared array: `oneByOne()` tells so, and the
+// lanes are then in record order whatever their scales.  Top categories change at recounts, which
+// come before the first call of the kernel.
 //
 // Tested by tests/unit/estimate/block_kernel_test.cpp and through the passes.
 #ifndef FLANKS_ESTIMATE_BLOCK_KERNEL_H
@@ -50,8 +53,11 @@ class BlockKernel {
  public:
   explicit BlockKernel(std::int32_t scaleCount);
 
-  void Begin(const ScaleTables& scales, float exponentLimit);
+  // `filledTo`: the last entry of the shared array that earlier passes have filled.
+  void Begin(const ScaleTables& scales, float exponentLimit, std::int32_t filledTo = 0);
   bool oneByOne() const { return oneByOne_; }
+  // The last category that a call of this pass fills.
+  std::int32_t filledTo() const { return filledTo_; }
   const KernelScale& scale(ScaleRow row) const { return scales_[row.offset()]; }
 
   void Arrange(const ObservationBlock& block, Lanes lanes = Lanes::byScale);
@@ -80,6 +86,8 @@ class BlockKernel {
   }
 
  private:
+  bool ReadsWhatOthersLeft(const ScaleTables& scales, std::int32_t filledTo) const;
+  void EndPoissonSums(const ScaleTables& scales);
   void ArrangeInRecordOrder(const ObservationBlock& block);
   void ArrangeByGroups(const ObservationBlock& block, Lanes lanes);
   void ArrangeByGroup(const ObservationBlock& block, const std::vector<std::int32_t>& groups);
@@ -90,6 +98,7 @@ class BlockKernel {
 
   std::vector<KernelScale> scales_;
   bool oneByOne_ = false;
+  std::int32_t filledTo_ = 0;
   VectorWidth width_ = ChosenVectorWidth();
 
   bool inPlace_ = false;

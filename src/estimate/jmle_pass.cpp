@@ -6,6 +6,7 @@
 
 #include "base/single.h"
 #include "estimate/count_terms.h"
+#include "estimate/discrimination_step.h"
 #include "estimate/pass_end.h"
 
 namespace flanks {
@@ -99,16 +100,10 @@ PassResult JmlePass::Run(ObservationReader& reader, float newtonStep) {
   result_ = {};
   secantShift_ = newtonStep == 0.0f ? -parts_.estimates.iteration.SecantDelta : 0.0f;
   std::fill(byLane_.shifted.begin(), byLane_.shifted.end(), 0.0f);  // by Newton-Raphson they stay
-  kernel_.Begin(parts_.scales, parts_.estimates.ExponentLimit);
-  for (const ScaleRow scale : Upward(parts_.scales.scaleType)) {
-    const ScaleType type = parts_.scales.scaleType[scale];
-    const int top = parts_.scales.ScaleTopCategory[scale];
-    const bool anchored = parts_.scales.CategoryFlag.at(scale, 0) == kCategoryAnchored;
-    if (IsCountScale(type) && top >= 2 && !anchored)
-      FillCountTerms(type, top, countTerms_[scale.offset()]);
-    else
-      countTerms_[scale.offset()].clear();
-  }
+  KernelWork& work = parts_.estimates.work;
+  kernel_.Begin(parts_.scales, parts_.estimates.ExponentLimit, work.filledTo);
+  work.filledTo = std::max(work.filledTo, kernel_.filledTo());
+  FillTerms();
   reader.Begin(Categories::notWanted);
   while (reader.Next()) {
     Evaluate(reader.block());
@@ -120,6 +115,16 @@ PassResult JmlePass::Run(ObservationReader& reader, float newtonStep) {
   }
   CutPassSums(parts_.estimates);
   return result_;
+}
+
+// A binomial scale has terms to its top, a Poisson scale to where it is filled.
+void JmlePass::FillTerms() {
+  for (const ScaleRow scale : Upward(parts_.scales.scaleType)) {
+    std::vector<double>& terms = countTerms_[scale.offset()];
+    terms.clear();
+    if (EstimatesDiscrimination(parts_.scales, scale))
+      FillCountTerms(parts_.scales.scaleType[scale], kernel_.scale(scale).filled, terms);
+  }
 }
 
 void JmlePass::Evaluate(const ObservationBlock& block) {
@@ -227,7 +232,7 @@ void JmlePass::AddMixedCounts(const ObservationBlock& block, const LaneRun& run)
   }
 }
 
-// The mean and the variance of the terms in each observation of a binomial scale.
+// The mean and the variance of the terms in each observation of a binomial or Poisson scale.
 void JmlePass::AddCountTerms(const LaneRun& run) {
   const std::vector<double>& terms = countTerms_[run.scale.offset()];
   double& expected = parts_.scales.ExpectedCount.at(run.scale, 0);

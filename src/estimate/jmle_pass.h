@@ -49,6 +49,7 @@ class JmlePass {
     explicit Results(std::size_t size) : expected(size), shifted(size), variance(size) {}
   };
 
+  void FillTerms();
   void Evaluate(const ObservationBlock& block);
   void EvaluateOneByOne(const ObservationBlock& block);
   void NoteRange();

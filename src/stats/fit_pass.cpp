@@ -131,7 +131,9 @@ void FitPass::ClearSums() {
 }
 
 void FitPass::Begin() {
-  kernel_.Begin(parts_.scales, parts_.estimates.ExponentLimit);
+  KernelWork& work = parts_.estimates.work;
+  kernel_.Begin(parts_.scales, parts_.estimates.ExponentLimit, work.filledTo);
+  work.filledTo = std::max(work.filledTo, kernel_.filledTo());
   for (std::size_t field = 0; field < fieldMean_.size(); ++field) {
     const FlankNo flank = parts_.work.layout.fields[field].flank;
     fieldMean_[field] = fairKind_ == FairKind::mean ? parts_.estimates.FlankMean[flank] : 0.0f;

@@ -135,16 +135,45 @@ TEST_F(BlockKernelTest, MixesScalesOfOneShapeWhenEachHasFewLanes) {
   EXPECT_EQ(counts, (std::vector<std::size_t>{36, 12, 6, 6}));
 }
 
-TEST_F(BlockKernelTest, TakesRecordsOneByOneWhenAScaleIsPoisson) {
+// The Poisson scale with top 5 is filled to 10, the rating scales to 2 and 3.
+TEST_F(BlockKernelTest, APoissonScaleThatFillsMostIsEvaluatedInBatches) {
   Design(ScaleType::poisson);
   for (int r = 0; r < 50; ++r) d.Observe({1 + r % 4}, r % 3, 1);
   Read();
+  EXPECT_FALSE(kernel->oneByOne());
+  EXPECT_EQ(kernel->filledTo(), 10);
+  EXPECT_EQ(kernel->scale(ScaleRow(2)).varianceBound, 10);
+  EXPECT_EQ(kernel->runs().size(), 3U);
+}
+
+TEST_F(BlockKernelTest, TakesRecordsOneByOneWhenAPoissonScaleReadsWhatOthersLeft) {
+  Design(ScaleType::poisson);
+  for (int r = 0; r < 50; ++r) d.Observe({1 + r % 4}, r % 3, 1);
+  Read();
+  kernel->Begin(d.scales, 80.0f, 11);  // an earlier pass has filled one more
+  kernel->Arrange(reader->block());
   EXPECT_TRUE(kernel->oneByOne());
+  EXPECT_EQ(kernel->scale(ScaleRow(2)).varianceBound, 20);
   ASSERT_EQ(kernel->runs().size(), 50U);
   for (std::size_t lane = 0; lane < 50; ++lane) {
     EXPECT_EQ(kernel->entry(lane), lane);
     EXPECT_EQ(kernel->runs()[lane].scale.number(), static_cast<std::int32_t>(lane % 3));
   }
+}
+
+TEST_F(BlockKernelTest, TwoPoissonScalesOfOneBoundAreEvaluatedInBatches) {
+  d.Flank(1, kPositiveOrientation);
+  const int statement = d.Statement({});
+  d.Structure(statement, d.CountScale(ScaleType::poisson, 3, 1.0f));
+  d.Structure(statement, d.CountScale(ScaleType::poisson, 4, .8f));
+  d.Structure(statement, d.CountScale(ScaleType::poisson, 6, 1.0f));
+  d.Build();
+  d.Observe({1}, 0, 1);
+  Read();
+  EXPECT_TRUE(kernel->oneByOne()) << "filled to 10, 10 and 12";
+  d.scales.ScaleTopCategory[ScaleRow(2)] = 5;
+  kernel->Begin(d.scales, 80.0f);
+  EXPECT_FALSE(kernel->oneByOne());
 }
 
 TEST_F(BlockKernelTest, APoissonScaleWithTwoCategoriesIsADichotomyInBatches) {

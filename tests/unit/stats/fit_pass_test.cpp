@@ -248,6 +248,41 @@ TEST(FitPass, ClearsWhatAFormerPassLeft) {
   EXPECT_EQ(run.estimates().fitTotals.ofState(1).Count, 4.0);
 }
 
+// With the shared array marked as filled to its end, although all of it is 0, the observations are
+// taken one by one.
+TEST(FitPass, OfAPoissonScaleHasTheSameBitsInBatchesAndOneByOne) {
+  FitRun run;
+  run.Flanks({40, 5}, {1, -1});
+  run.data.Model("?,1-3,P");
+  run.data.Model("?,4-5,R3");
+  std::string lines;
+  std::mt19937 random(11);
+  for (int person = 1; person <= 40; ++person) {
+    for (int item = 1; item <= 5; ++item) {
+      lines += std::to_string(person) + "," + std::to_string(item) + "," +
+               std::to_string(random() % (item < 4 ? 9 : 4)) + "\n";
+    }
+  }
+  run.Read(lines);
+  run.CountScores();
+  for (ElementState& element : run.estimates().elements)
+    element.ElementMeasure = Single(std::normal_distribution<double>(0.5, 0.6)(random));
+  CalculateFit(run.data.run);
+  const Column<ElementSlot, FitSums> batch = run.estimates().fitSums;
+  run.estimates().work.filledTo = kProbabilityEntries - 1;
+  CalculateFit(run.data.run);
+  for (const ElementSlot e : Upward(batch)) {
+    const FitTerms& one = run.estimates().fitSums[e].terms;
+    EXPECT_EQ(one.Information, batch[e].terms.Information);
+    EXPECT_EQ(one.OutfitSum, batch[e].terms.OutfitSum);
+    EXPECT_EQ(one.InfitVarianceSum, batch[e].terms.InfitVarianceSum);
+    EXPECT_EQ(one.ExpectedSum, batch[e].terms.ExpectedSum);
+    EXPECT_EQ(one.LogLikelihoodSpread, batch[e].terms.LogLikelihoodSpread);
+    EXPECT_EQ(one.FairSum, batch[e].terms.FairSum);
+    EXPECT_EQ(run.estimates().fitSums[e].correlation.rr, batch[e].correlation.rr);
+  }
+}
+
 // The same observations for the program and for the slow judge, at the same measures.
 struct Comparison {
   FitRun run;
