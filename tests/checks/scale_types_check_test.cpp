@@ -181,6 +181,11 @@ INSTANTIATE_TEST_SUITE_P(
                   kThree,
                   "Uscale=2\nModels=?,?,A\nRating scale=A,R3\n0=none,0,A\n1=low,-3,A\n2=mid,.5,A\n"
                   "3=high,3.5,A\n*\n"},
+        ScalePlan{"AnchoredWithACategoryThatNobodyUses",
+                  {40, 6},
+                  {Rating({{1, -1.5}, {2, 0.25}, {3, 1.75}})},
+                  {{3, 1.0, {2}}},
+                  "Models=?,?,A\nRating scale=A,R3\n1=low,-1.5,A\n2=mid,.25,A\n3=high,1.75,A\n*\n"},
         ScalePlan{"StartingThresholds",
                   {40, 6},
                   std::vector<StructurePlan>(1),
