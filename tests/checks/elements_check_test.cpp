@@ -127,6 +127,23 @@ TEST(ElementsCheck, AnchorsAreInUserUnits) {
   ExpectSame(plain, units, 1e-6);
 }
 
+TEST(ElementsCheck, AnAnchorBeyondTheRangeStopsTheRun) {
+  AnalysisRun run;
+  run.Write("data.txt", AllRatings());
+  run.Analyze(
+      "Flanks=2\nHardware=5\nModels=?,?,R2\nLabels=\n1,P\n1-6=p\n*\n2,I,A\n1-3=i\n4=x,5\n*\n"
+      "Data=data.txt\n");
+  EXPECT_NE(run.exitCode, 0);
+  EXPECT_NE(run.Screen().find("Failure (20)! Anchor value outside range: 5 (2,4,x)"),
+            std::string::npos)
+      << run.Screen();
+}
+
+TEST(ElementsCheck, AnchorsInTheFloatingFlankOverConstrain) {
+  const Case run({.persons = "1,Persons,A\n1=p,1\n2-6=p\n"});
+  EXPECT_TRUE(run.Shown("Warning (7)! Over-constrained?  Noncenter= not in effect"));
+}
+
 TEST(ElementsCheck, OneAnchorMovesTheOrigin) {
   const Case centered({});
   const Case anchored({.items = "2,Items,A\n1=i,2\n2-4=i\n"});

@@ -74,7 +74,7 @@ class Maker {
     if (Odd(kSettings, 3)) Line("Newton=" + OneOf({".5", "1", "9", "Y", ".01"}));
     if (Odd(kSettings, 2))
       Line("Convergence=" + OneOf({"0,0", ".0001,.0001", ".1,.001,.1,.001", "90,9"}));
-    if (Odd(kSettings, 4)) Line("Hardware=" + OneOf({"1", "5", "83", "88", "200", ".01"}));
+    if (Odd(kSettings, 4)) Line("Hardware=" + OneOf({"1", "5", "83", "88", "200", ".6"}));
     if (Odd(kSettings, 4)) Line("Umean=" + OneOf({"50,10,1", "0,-1", "500,1E+6,0", "0,.00001,9"}));
     if (Odd(kSettings, 4)) Line("Xtreme=" + OneOf({".9", ".01", ".999,.5"}));
     if (Odd(kSettings, 4)) Line("Null=" + OneOf({"1", "-1", "2"}));

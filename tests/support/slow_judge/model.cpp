@@ -70,7 +70,7 @@ double MeasureSum(const Design& design, const Verdict& verdict, const Observatio
   double B = 0.0;
   for (std::size_t f = 0; f < o.elements.size(); ++f) {
     if (o.elements[f] < 0) continue;
-    B += design.signs[f] * verdict.elements[f][static_cast<std::size_t>(o.elements[f])].measure;
+    B += design.sign(o, f) * verdict.elements[f][static_cast<std::size_t>(o.elements[f])].measure;
   }
   return B;
 }
@@ -192,7 +192,8 @@ void CountElements(const Design& design, Verdict& verdict) {
       if (!Takes(verdict, use, f, o.elements[f])) continue;
       Element& e = verdict.elements[f][static_cast<std::size_t>(o.elements[f])];
       e.count += o.weight;
-      e.score += o.weight * structure.ordered(o.category);
+      const int ordered = structure.ordered(o.category);
+      e.score += o.weight * (o.isReversed(f) ? structure.top() - ordered : ordered);
       e.largestScore += o.weight * structure.top();
       e.rawScore += o.weight * o.category;
       e.smallestWeight = e.smallestWeight == 0.0 ? o.weight : std::min(e.smallestWeight, o.weight);
@@ -206,6 +207,7 @@ bool RemoveElements(Verdict& verdict) {
   for (auto& flank : verdict.elements) {
     for (Element& e : flank) {
       const Standing before = e.standing;
+      if (e.anchored) continue;
       if (e.largestScore == 0.0) {
         e.standing = Standing::dropped;
       } else if (before == Standing::measured && e.score == 0.0) {
@@ -225,6 +227,11 @@ Verdict PrepareDesign(const Design& design) {
   Verdict verdict;
   for (const int count : design.elementCounts) {
     verdict.elements.emplace_back(static_cast<std::size_t>(count));
+  }
+  for (const ElementAnchor& anchor : design.anchors) {
+    Element& e = verdict.elements[anchor.flank][static_cast<std::size_t>(anchor.element)];
+    e.anchored = true;
+    e.measure = anchor.measure;
   }
   // At first every category that stands in the data has a place.
   verdict.structures.resize(design.structures.size());

@@ -11,6 +11,17 @@ bool HasAnchor(const Structure& structure) {
   return false;
 }
 
+// By an anchor or a group.
+bool IsTied(const Design& design, std::size_t f) {
+  for (const ElementAnchor& anchor : design.anchors) {
+    if (anchor.flank == f) return true;
+  }
+  for (const ElementGroup& group : design.groups) {
+    if (group.flank == f) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 Parameters ParametersOf(Verdict& verdict) {
@@ -22,7 +33,7 @@ Parameters ParametersOf(Verdict& verdict) {
   for (auto& flank : verdict.elements) {
     parameters.element.emplace_back(flank.size(), -1);
     for (std::size_t n = 0; n < flank.size(); ++n) {
-      if (flank[n].standing == Standing::measured) {
+      if (flank[n].standing == Standing::measured && !flank[n].anchored) {
         parameters.element.back()[n] = add(flank[n].measure);
       }
     }
@@ -44,21 +55,31 @@ Parameters ParametersOf(Verdict& verdict) {
 std::vector<Constraint> ConstraintsOf(const Design& design, const Verdict& verdict,
                                       const Parameters& parameters) {
   std::vector<Constraint> constraints;
-  const auto addSum = [&](const std::vector<int>& members) {
+  const auto addMean = [&](const std::vector<int>& members, double mean) {
     Constraint constraint{Vector(parameters.count(), 0.0), 0.0};
     bool any = false;
     for (const int member : members) {
       if (member < 0) continue;
       constraint.coefficients[static_cast<std::size_t>(member)] = 1.0;
+      constraint.constant += mean;
       any = true;
     }
     if (any) constraints.push_back(constraint);
   };
   for (std::size_t f = 0; f < parameters.element.size(); ++f) {
-    if (static_cast<int>(f) != design.noncenteredFlank) addSum(parameters.element[f]);
+    if (static_cast<int>(f) != design.noncenteredFlank && !IsTied(design, f)) {
+      addMean(parameters.element[f], 0.0);
+    }
+  }
+  for (const ElementGroup& group : design.groups) {
+    std::vector<int> members;
+    for (const int n : group.elements) {
+      members.push_back(parameters.element[group.flank][static_cast<std::size_t>(n)]);
+    }
+    addMean(members, group.mean);
   }
   for (std::size_t s = 0; s < parameters.threshold.size(); ++s) {
-    if (!HasAnchor(verdict.structures[s])) addSum(parameters.threshold[s]);
+    if (!HasAnchor(verdict.structures[s])) addMean(parameters.threshold[s], 0.0);
   }
   return constraints;
 }

@@ -7,6 +7,7 @@
 // The model: an observation of the elements n of the Flanks f is category k of 0 .. n with
 //
 //   P(k) proportional to exp(r(k)),   B = sum over the Flanks of sign(f) times measure(f, n)
+//                                     in a reversed position the other sign
 //   rating     r(k) = k B - sum over j from 1 to k of T(j)              a skipped j has no T(j)
 //   binomial   r(k) = k B - c sum over j to k of ln(j / (m - j + 1))    m trials
 //   Poisson    r(k) = k B - c ln k!                                     c: the discrimination
@@ -16,9 +17,10 @@
 // more; with c exactly 1 its expected score is exp(B) all the same.
 //
 // The estimates are joint maximum likelihood under linear constraints: every Flank but one is
-// centered on its measured elements, the free thresholds of an unanchored scale sum to 0, and what
-// is anchored stays at its value.  The likelihood is concave in all parameters together (each of
-// them multiplies a statistic of the category), so that Newton's method finds its one maximum:
+// centered on its measured elements unless an anchor or a group ties it, a group keeps the mean that
+// it was given, the free thresholds of an unanchored scale sum to 0, and what is anchored stays at
+// its value.  The likelihood is concave in all parameters together (each of them
+// multiplies a statistic of the category), so that Newton's method finds its one maximum:
 //
 //   1. PrepareDesign   extreme elements are removed until none is left; the categories that the
 //                      rest uses are renumbered from 0, structure by structure
@@ -47,6 +49,22 @@ struct Observation {
   int category = 0;           // as in the data
   double weight = 1.0;
   int structure = 0;
+  std::vector<bool> reversed;  // one for each Flank, or empty: none
+  bool isReversed(std::size_t f) const { return !reversed.empty() && reversed[f]; }
+};
+
+// An element that stays at `measure`, whatever its score.
+struct ElementAnchor {
+  std::size_t flank = 0;
+  int element = 0;
+  double measure = 0.0;
+};
+
+// Elements whose mean stays at `mean`.  Extreme ones do not count.
+struct ElementGroup {
+  std::size_t flank = 0;
+  std::vector<int> elements;
+  double mean = 0.0;
 };
 
 enum class Kind { rating, binomial, poisson };
@@ -72,7 +90,14 @@ struct Design {
   std::vector<int> signs;          // by Flank: +1 positive, -1 negative
   int noncenteredFlank = 0;        // -1: none
   std::vector<StructurePlan> structures{StructurePlan{}};
+  std::vector<ElementAnchor> anchors;
+  std::vector<ElementGroup> groups;
   std::vector<Observation> observations;
+
+  // +1 or -1: how the measure of Flank f enters B.
+  int sign(const Observation& o, std::size_t f) const {
+    return o.isReversed(f) ? -signs[f] : signs[f];
+  }
 
   double extremeAdjustment = 0.3;   // score points, times the smallest weight
   bool exactWilsonHilferty = true;  // ZStd with the term q / 3
@@ -84,9 +109,11 @@ enum class Standing { measured, zeroScore, perfectScore, dropped };
 
 struct Element {
   Standing standing = Standing::measured;
-  double measure = 0.0;                                 // logits
-  double count = 0.0, score = 0.0, largestScore = 0.0;  // of ordered categories
-  double rawScore = 0.0;                                // of categories as in the data
+  bool anchored = false;
+  double measure = 0.0;  // logits
+  double count = 0.0, score = 0.0,
+         largestScore = 0.0;  // of ordered categories, from the top where reversed
+  double rawScore = 0.0;      // of categories as in the data
   double smallestWeight = 0.0;
 
   double standardError = 0.0;

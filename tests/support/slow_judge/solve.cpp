@@ -55,7 +55,7 @@ std::vector<Term> TermsOf(const Design& design, const Structure& structure,
   };
   for (std::size_t f = 0; f < o.elements.size(); ++f) {
     if (o.elements[f] < 0) continue;
-    const int sign = design.signs[f];
+    const int sign = design.sign(o, f);
     add(parameters.element[f][static_cast<std::size_t>(o.elements[f])],
         [sign](int k) { return sign * k; });
   }
@@ -198,7 +198,8 @@ void MeasureExtreme(const Design& design, std::size_t f, int n, Verdict& verdict
     double expected = 0.0;
     for (const Observation* o : observations) {
       const Structure& structure = verdict.structures[static_cast<std::size_t>(o->structure)];
-      expected += o->weight * MomentsOf(structure, MeasureSum(design, verdict, *o)).mean;
+      const double mean = MomentsOf(structure, MeasureSum(design, verdict, *o)).mean;
+      expected += o->weight * (o->isReversed(f) ? structure.top() - mean : mean);
     }
     (expected < score ? low : high) = middle;
   }

@@ -40,9 +40,9 @@ double FairMeasure(const Design& design, const Verdict& verdict, const Observati
   for (std::size_t f = 0; f < o.elements.size(); ++f) {
     if (o.elements[f] < 0) continue;
     if (f == own) {
-      B += design.signs[f] * verdict.elements[f][static_cast<std::size_t>(o.elements[f])].measure;
+      B += design.sign(o, f) * verdict.elements[f][static_cast<std::size_t>(o.elements[f])].measure;
     } else if (design.fairAtMean) {
-      B += design.signs[f] * MeanOfMeasured(verdict.elements[f]);
+      B += design.sign(o, f) * MeanOfMeasured(verdict.elements[f]);
     }
   }
   return B;
@@ -60,8 +60,9 @@ void AddObservation(const Design& design, const Verdict& verdict, const Observat
   const double squared = std::pow(category - moments.mean, 2);
 
   sums.count += w;
-  sums.score += w * category;
-  sums.expected += w * moments.mean;
+  const int m = structure.top();
+  sums.score += w * (o.isReversed(f) ? m - category : category);
+  sums.expected += w * (o.isReversed(f) ? m - moments.mean : moments.mean);
   sums.information += w * V;
   sums.squaredResiduals += w * squared;
   sums.squaredVariance += w * (moments.fourth - V * V);

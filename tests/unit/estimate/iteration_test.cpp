@@ -127,6 +127,7 @@ TEST(Iterate, WithNothingButExtremesItIsAFault) {
   EXPECT_EQ(loop.exitCode, 1);
   EXPECT_TRUE(loop.Shown("All data eliminated as extreme.")) << loop.Screen();
   EXPECT_TRUE(loop.Shown("Error F36"));
+  EXPECT_EQ(Occurrences(loop.Report(), "| PROX"), 2u) << "the iteration without data is reported";
 }
 
 TEST(Iterate, APerfectScoreIsMeasuredAndRecountedWithoutIt) {
