@@ -284,7 +284,6 @@ void Updater::TakeTarget(ElementSlot e) {
   ElementState& state = estimates_.elements[e];
   state.ElementMeasure = estimates_.elements[design_.elements.ElementTarget[e]].ElementMeasure;
   GuardRange(e);  // the target may be extreme, which has no guard
-  result_.summary.add(state.ElementMeasure);
 }
 
 }  // namespace

@@ -82,6 +82,7 @@ class Loop {
  private:
   bool BeginLevel();
   bool Iteration();
+  bool NoDataLeft();
   void EnterPhase();
   PassResult Pass();
   void StepThresholds();
@@ -151,12 +152,6 @@ bool Loop::Iteration() {
   state_.FreeParameterCount = 0;
   const PassResult pass = Pass();
   if (Halted(run_)) return false;
-  if (!pass.dataSeen) {
-    FaultParticulars nowhere;
-    nowhere.lineNumber = kNoLineNumber;
-    SetFault(run_.analysis.reading, Fault::allExtreme, nowhere);
-    return false;
-  }
   if (pass.poissonSeen) endProx_ = true;
   if (firstPass_) KeepFirstScores(estimates_);
   // Scores that were counted with another recode or top category are no longer right.
@@ -166,9 +161,18 @@ bool Loop::Iteration() {
   UpdateFlanks(ControlNow());
   ControlSpeed(before);
   ReportIteration(console_, {design_, estimates_, scales_, summaries_});
+  if (!pass.dataSeen) return NoDataLeft();
   firstPass_ = false;
   state_.SecantDelta = std::max(kSmallestSecantDelta, std::abs(state_.changes.MaxLogitChange));
   return GoesOn() && !console_.YieldToWindow() && !console_.finishRequested();
+}
+
+// A fault, told when the iteration has been reported.
+bool Loop::NoDataLeft() {
+  FaultParticulars nowhere;
+  nowhere.lineNumber = kNoLineNumber;
+  SetFault(run_.analysis.reading, Fault::allExtreme, nowhere);
+  return false;
 }
 
 // PROX takes the first one or two iterations after a recount.
