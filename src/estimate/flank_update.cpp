@@ -82,6 +82,7 @@ class Updater {
   bool ShiftStep(ElementSlot e, StepResult& step);
   void Compete(ElementSlot e, const StepResult& step);
   void GuardRange(ElementSlot e);
+  void HoldExtreme(ElementSlot e);
   void TakeTarget(ElementSlot e);
 
   const FlankUpdateInput& input_;
@@ -250,7 +251,10 @@ void Updater::Move(ElementSlot e) {
     step.step = 0.0f;
   }
   Compete(e, step);
-  if (IsInPlay(status)) GuardRange(e);
+  if (IsInPlay(status))
+    GuardRange(e);
+  else if (!jmle_)
+    HoldExtreme(e);
   result_.summary.add(state.ElementMeasure);
 }
 
@@ -275,6 +279,13 @@ void Updater::GuardRange(ElementSlot e) {
   if (result_.outOfRange.number() < ElementSlot::first) result_.outOfRange = e;
   if (!jmle_) result_.endProx = true;
   measure = std::copysign(estimates_.ExponentLimit, measure);
+}
+
+// The range guard is for elements in play.  JMLE moves an extreme one by a logit at most, but with
+// large weights PROX can send it where no exponential of a long scale is finite.
+void Updater::HoldExtreme(ElementSlot e) {
+  float& measure = estimates_.elements[e].ElementMeasure;
+  measure = std::clamp(measure, -estimates_.ExponentLimit, estimates_.ExponentLimit);
 }
 
 // When all elements have moved: an element with a target stands where its target does.  It is no

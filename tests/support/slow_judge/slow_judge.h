@@ -17,9 +17,9 @@
 // more; with c exactly 1 its expected score is exp(B) all the same.
 //
 // The estimates are joint maximum likelihood under linear constraints: every Flank but one is
-// centered on its measured elements unless an anchor or a group ties it, a group keeps the mean that
-// it was given, the free thresholds of an unanchored scale sum to 0, and what is anchored stays at
-// its value.  The likelihood is concave in all parameters together (each of them
+// centered on its measured elements unless an anchor or a group ties it, a group keeps the mean
+// that it was given, the free thresholds of an unanchored scale sum to 0, and what is anchored
+// stays at its value.  The likelihood is concave in all parameters together (each of them
 // multiplies a statistic of the category), so that Newton's method finds its one maximum:
 //
 //   1. PrepareDesign   extreme elements are removed until none is left; the categories that the
@@ -49,7 +49,7 @@ struct Observation {
   int category = 0;           // as in the data
   double weight = 1.0;
   int structure = 0;
-  std::vector<bool> reversed;  // one for each Flank, or empty: none
+  std::vector<bool> reversed = {};  // one for each Flank, or empty: none
   bool isReversed(std::size_t f) const { return !reversed.empty() && reversed[f]; }
 };
 

@@ -272,6 +272,20 @@ TEST(UpdateFlank, TheRangeGuardHoldsAMeasureAtTheLimit) {
   EXPECT_FALSE(update.endProx) << "not in PROX";
 }
 
+TEST(UpdateFlank, ProxHoldsAnExtremeMeasureAtTheLimit) {
+  OneFlank flank(1, kPositiveOrientation, kNonCentered);
+  flank.estimates.iteration.EstimationPhase = kPhaseProx;
+  flank.Element(1, 0.0f, 18, 0);
+  flank.estimates.elements[ElementSlot(1)].ElementStatus = kStatusMaximum;
+  ElementState& state = flank.estimates.elements[ElementSlot(1)];
+  state.ExpectedSum = 0.0;
+  state.Information = 1E+60;  // weights of 1E30
+  state.ShiftedExpected = 1E+30;
+  flank.estimates.scores[ElementSlot(1)].MaxScore = 18.0;
+  EXPECT_FALSE(flank.Update().endProx);
+  EXPECT_EQ(flank.Measure(1), flank.estimates.ExponentLimit);
+}
+
 TEST(UpdateFlank, ProxTakesTheNormalApproximation) {
   OneFlank flank(1, kPositiveOrientation, kNonCentered);
   flank.estimates.iteration.EstimationPhase = kPhaseProx;
