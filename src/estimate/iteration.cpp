@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "estimate/priority.h"
 #include "estimate/recount.h"
 #include "estimate/scale_build.h"
+#include "estimate/subsets.h"
 #include "estimate/table3.h"
 #include "estimate/threshold_step.h"
 #include "report/format/join_number.h"
@@ -75,6 +77,7 @@ class Loop {
       largest = std::max(largest, design_.flanks.FlankElementCount[flank]);
     steps_.resize(static_cast<std::size_t>(largest));
     priorities_.assign(design_.FlankCount, 0);
+    if (settings_.Subsets != 'N') subsets_.emplace(reader_.parts());
   }
 
   void RunIterations();
@@ -87,6 +90,7 @@ class Loop {
   PassResult Pass();
   void StepThresholds();
   void UpdateFlanks(const StepControl& control);
+  void FinishSubsets();
   void WarnOfConstraints();
   void WarnOutOfRange(ElementSlot element);
   void ControlSpeed(const LargestChanges& before);
@@ -108,7 +112,8 @@ class Loop {
   Column<FlankNo, std::int32_t> priorities_;
   std::int32_t level_ = kBeforeFirstLevel;
   int levelsBegun_ = 0;
-  std::vector<FlankLine> summaries_;  // of the iteration at work, in the order of the Flanks
+  std::optional<SubsetCheck> subsets_;  // in the first iteration
+  std::vector<FlankLine> summaries_;    // of the iteration at work, in the order of the Flanks
   // As this iteration began: a key acts at the next one.
   float newtonStep_ = 0.0f;
   float speedFactor_ = 1.0f;
@@ -162,6 +167,7 @@ bool Loop::Iteration() {
   ControlSpeed(before);
   ReportIteration(console_, {design_, estimates_, scales_, summaries_});
   if (!pass.dataSeen) return NoDataLeft();
+  FinishSubsets();
   firstPass_ = false;
   state_.SecantDelta = std::max(kSmallestSecantDelta, std::abs(state_.changes.MaxLogitChange));
   return GoesOn() && !console_.YieldToWindow() && !console_.finishRequested();
@@ -207,7 +213,13 @@ PassResult Loop::Pass() {
   ClearPassSums(estimates_);
   ClearScaleSums(recount, scales_);
   if (state_.RecountRequired) ClearScores(estimates_);
-  if (state_.EstimationPhase == kPhaseProx) return counting_.Run(reader_, recount);
+  if (state_.EstimationPhase == kPhaseProx) {
+    if (!subsets_) return counting_.Run(reader_, recount);
+    subsets_->Begin();
+    const PassResult result = counting_.Run(reader_, recount, &*subsets_);
+    subsets_->EndPass();
+    return result;
+  }
   return jmle_.Run(reader_, newtonStep_);
 }
 
@@ -241,6 +253,17 @@ void Loop::UpdateFlanks(const StepControl& control) {
     if (update.outOfRange.number() >= ElementSlot::first) WarnOutOfRange(update.outOfRange);
     summaries_.push_back({flank, update.summary});
   }
+}
+
+// What the check of connectivity found; it takes part in the first iteration alone.
+void Loop::FinishSubsets() {
+  if (!subsets_) return;
+  subsets_->Finish(reader_);
+  run_.analysis.subsets = subsets_->Results();
+  std::vector<std::string>& notes = run_.analysis.report.closingNotes;
+  std::replace(notes.begin(), notes.end(), std::string(message::kSubsetsNotVerified),
+               subsets_->note());
+  subsets_.reset();
 }
 
 void Loop::WarnOutOfRange(ElementSlot element) {

@@ -6,6 +6,7 @@
 #include "estimate/count_terms.h"
 #include "estimate/pass_end.h"
 #include "estimate/prox.h"
+#include "estimate/subsets.h"
 
 namespace flanks {
 
@@ -30,7 +31,7 @@ CountingPass::CountingPass(const PassParts& parts)
       wide_(static_cast<std::size_t>(parts.design.ElementTotal)),
       countTerms_(static_cast<std::size_t>(parts.scales.scales())) {}
 
-PassResult CountingPass::Run(ObservationReader& reader, Recount recount) {
+PassResult CountingPass::Run(ObservationReader& reader, Recount recount, SubsetCheck* subsets) {
   reader_ = &reader;
   result_ = {};
   std::fill(wide_.begin(), wide_.end(), WideScores{});
@@ -44,6 +45,7 @@ PassResult CountingPass::Run(ObservationReader& reader, Recount recount) {
   }
   reader.Begin(Categories::wanted);
   while (reader.Next()) {
+    if (subsets != nullptr) subsets->TakeBlock(reader.block());
     for (std::size_t i = 0; i < reader.block().count; ++i)
       if (FeedsEstimation(reader.block().state[i])) CountObservation(i, recount);
   }

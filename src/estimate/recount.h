@@ -25,6 +25,8 @@
 
 namespace flanks {
 
+class SubsetCheck;
+
 // What a pass found.
 struct PassResult {
   bool dataSeen = false;     // an observation with all elements in play
@@ -45,8 +47,9 @@ class CountingPass {
   explicit CountingPass(const PassParts& parts);
 
   // One pass.  Adds to the elements' records and, when recounting, to `scores` and the scales'
-  // ObservedCount.  Ends early when the run is to stop.
-  PassResult Run(ObservationReader& reader, Recount recount);
+  // ObservedCount.  Connectivity is checked along with it when `subsets` is given.  Ends early when
+  // the run is to stop.
+  PassResult Run(ObservationReader& reader, Recount recount, SubsetCheck* subsets = nullptr);
 
  private:
   // 64-bit sums whose fields have 32 bits.

@@ -2,8 +2,10 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <span>
 
 #include "base/held_single.h"
+#include "base/utf8.h"
 #include "report/format/edit_word.h"
 #include "report/format/fixed_field.h"
 
@@ -15,6 +17,7 @@ constexpr int kErrorWidth = 5;
 constexpr int kCorrelationWidth = 5;
 constexpr int kDiscriminationWidth = 5;
 constexpr int kStatisticDecimals = 2;
+constexpr std::size_t kSubsetsShown = 20;  // of one element
 
 double PerCount(double sum, float count) {
   return count > 0.0f ? sum / count : 0.0;
@@ -49,9 +52,31 @@ EditLine BeginRow(const Table7Layout& layout, const std::string& word, const std
   return line;
 }
 
-std::string EndRow(EditLine& line, const Table7Layout& layout, const std::string& label) {
-  line.EditString(layout.leftHand ? "" : label);
-  return line.Finish();
+// The label's side is filled and the row ended.  A note follows the label, within its field where
+// there is room; a note is never cut, so that else it stands behind the row.
+std::string EndRow(EditLine& line, const Table7Layout& layout, const std::string& label,
+                   const std::string& note = "") {
+  if (layout.leftHand) {
+    line.EditString(note);
+    return line.Finish();
+  }
+  const std::string noted = label + note;
+  const bool fits = DisplayWidth(noted, layout.encoding) <= layout.labelWidth;
+  line.EditString(fits ? noted : label);
+  return line.Finish() + (fits ? "" : note);
+}
+
+// " in subset: 2" for an element of a design whose data are not connected.
+std::string SubsetNote(const Analysis& analysis, ElementSlot slot) {
+  const std::span<const std::int32_t> subsets = analysis.subsets.Of(slot);
+  if (subsets.empty()) return "";
+  std::string note = " in subset:";
+  std::size_t shown = 0;
+  for (const std::int32_t subset : subsets) {
+    if (++shown > kSubsetsShown) return note + " ...";
+    note += " " + std::to_string(subset);
+  }
+  return note;
 }
 
 std::string FullLine(const Analysis& analysis, const Table7Layout& layout, ElementSlot slot) {
@@ -70,7 +95,7 @@ std::string FullLine(const Analysis& analysis, const Table7Layout& layout, Eleme
     line.EditString(CorrelationText(fit->PointMeasure));
     line.EditString(CorrelationText(fit->PointResidual));
   }
-  return EndRow(line, layout, label);
+  return EndRow(line, layout, label, SubsetNote(analysis, slot));
 }
 
 void AppendEmptyOptionals(EditLine& line, const Table7Layout& layout) {
@@ -98,7 +123,7 @@ std::string UnfittedLine(const Analysis& analysis, const Table7Layout& layout, E
     line.EditString(FixedField(figures.measure, kMeasureWidth, analysis.settings.Udecimals));
   line.EditString(StatusWord(status));
   AppendEmptyOptionals(line, layout);
-  return EndRow(line, layout, label);
+  return EndRow(line, layout, label, SubsetNote(analysis, slot));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "run/data_counts.h"
 #include "run/design.h"
+#include "run/disjoint_subsets.h"
 #include "run/estimates.h"
 #include "run/faults.h"
 #include "run/report_state.h"
@@ -65,6 +66,7 @@ struct Analysis {
   WorkFiles work;             // owns the work files                   written by data/
   ScaleTables scales;         // thresholds, flags, category counts    written by estimate/
   Estimates estimates;        // measures, status, statistics          written by estimate/, stats/
+  DisjointSubsets subsets;    // what the data do not connect         written by estimate/
   ReportState report;         // title, headings, output switch        written by report/
 };
 

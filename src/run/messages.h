@@ -22,6 +22,7 @@ constexpr std::string_view kSubsetsBypassed = "Warning (2)! Subset checking bypa
 constexpr std::string_view kScaleNotReferenced =
     " ; Warning (3)! This is NOT referenced by a Model= specification";
 constexpr std::string_view kSubsetsNotVerified = "Warning (5)! Subset connection not verified";
+constexpr std::string_view kSubsetsDisjoint = "Warning (6)! There may be";
 constexpr std::string_view kOverConstrained =
     "Warning (7)! Over-constrained?  Noncenter= not in effect";
 constexpr std::string_view kUnderConstrained =

@@ -105,6 +105,14 @@ void WriteBanner(Run& run) {
                           DateAndTime());
 }
 
+// Where the data do not connect all measures; Table 7 has the number of each element's subset.
+void TellSubsets(Run& run) {
+  if (!run.analysis.subsets.several()) return;
+  SelectTable(run.console, 7);
+  run.console.ShowAndWrite(JoinNumber("There are", run.analysis.subsets.SubsetCount) +
+                           " disconnected subsets identified in Table 7.");
+}
+
 constexpr Step kOpeningSteps[] = {
     {"ReadCommandLine", ReadCommandLine},
 };
@@ -136,6 +144,7 @@ constexpr Step kAnalysisSteps[] = {
     {"CalculateFit", CalculateFit},
     {"SummarizeFit", SummarizeFit},
     {"TellWhatIsNotWritten", TellWhatIsNotWritten},
+    {"TellSubsets", TellSubsets},
     {"WriteTable7", WriteTable7},
 };
 

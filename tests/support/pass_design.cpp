@@ -73,6 +73,7 @@ void PassDesign::Build() {
   }
   design.ElementTotal = slot - 1;
   design.elements.ElementWeight.assign(design.ElementTotal, 1.0f);
+  design.elements.ElementAnchor.assign(design.ElementTotal, AnchorKind::none);
   design.maps.ModelFlank.assign(positionCount, FlankNo(0));
   for (const Position p : Upward(design.maps.ModelFlank))
     design.maps.ModelFlank[p] = FlankNo(positionFlanks_[p.offset()]);

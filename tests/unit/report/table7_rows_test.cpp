@@ -208,5 +208,53 @@ TEST(StatusWord, NamesEachMagnitude) {
   EXPECT_EQ(StatusWord(kStatusUnused), "Unknown");
 }
 
+// The label "  7 Ann" has 20 places, of which the note takes 13.
+TEST(ElementLine, NamesTheSubsetBehindTheLabel) {
+  OneElement one;
+  const std::string plain = one.Line();
+  one.analysis.subsets.SubsetCount = 2;
+  one.analysis.subsets.begin.assign(2, 0);
+  EXPECT_EQ(one.Line(), plain);  // the element is in no subset
+  one.analysis.subsets.numbers = {2};
+  one.analysis.subsets.begin[ElementSlot(2)] = 1;
+  EXPECT_EQ(one.Line(), plain.substr(0, plain.find("Ann")) + "Ann in subset: 2" + " |");
+}
+
+TEST(ElementLine, ASubsetWithoutRoomInTheFieldStandsBehindTheRow) {
+  OneElement one;
+  one.analysis.design.elements.ElementLabel[kAnn] = "Ann of Green Gables";
+  const std::string plain = one.Line();
+  one.analysis.subsets.SubsetCount = 12;
+  one.analysis.subsets.numbers = {2, 12};
+  one.analysis.subsets.begin.assign(2, 0);
+  one.analysis.subsets.begin[ElementSlot(2)] = 2;
+  EXPECT_EQ(one.Line(), plain + " in subset: 2 12");
+}
+
+TEST(ElementLine, ASubsetStandsBehindTheRowWhenLabelsAreAtTheLeft) {
+  OneElement one;
+  one.analysis.settings.LeftHand = true;
+  const std::string plain = one.Line();
+  one.analysis.subsets.SubsetCount = 2;
+  one.analysis.subsets.numbers = {1};
+  one.analysis.subsets.begin.assign(2, 0);
+  one.analysis.subsets.begin[ElementSlot(2)] = 1;
+  EXPECT_EQ(one.Line(), plain + " in subset: 1");
+}
+
+TEST(ElementLine, OfManySubsetsTwentyAreNamed) {
+  OneElement one;
+  const std::string plain = one.Line();
+  one.analysis.subsets.SubsetCount = 30;
+  std::string twenty = " in subset:";
+  for (int number = 1; number <= 30; ++number) {
+    one.analysis.subsets.numbers.push_back(number);
+    if (number <= 20) twenty += " " + std::to_string(number);
+  }
+  one.analysis.subsets.begin.assign(2, 0);
+  one.analysis.subsets.begin[ElementSlot(2)] = 30;
+  EXPECT_EQ(one.Line(), plain + twenty + " ...");
+}
+
 }  // namespace
 }  // namespace flanks
