@@ -12,6 +12,7 @@
 // The first iteration, which has the check of connectivity with it, is in the total alone.
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <cmath>
 #include <ctime>
 #include <memory>
 #include <random>
@@ -71,12 +72,12 @@ class TimingShell : public Shell {
   }
 };
 
-// Ratings with the spread of real ones: a measure for each examinee, rater and criterion, and a
-// step for each category, one observation drawn at each.
+// Ratings as of a latent level: examinee less rater less criterion, with a logistic deviation, in
+// five steps of one logit.
 std::string RatingLines(int examinees) {
   std::mt19937 random(7);
   std::normal_distribution<double> normal(0.0, 1.0);
-  std::logistic_distribution<double> logistic(0.0, 1.0);
+  std::uniform_real_distribution<double> uniform(1e-9, 1.0 - 1e-9);
   std::vector<double> severity, difficulty;
   for (int r = 0; r < kRaters; ++r) severity.push_back(.5 * normal(random));
   for (int c = 0; c < kCriteria; ++c) difficulty.push_back(.5 * normal(random));
@@ -89,8 +90,9 @@ std::string RatingLines(int examinees) {
     for (const int rater : {first, second}) {
       text += std::to_string(e + 1) + "," + std::to_string(rater + 1) + ",1-5";
       for (int c = 0; c < kCriteria; ++c) {
+        const double u = uniform(random);
         const double level = ability - severity[static_cast<std::size_t>(rater)] -
-                             difficulty[static_cast<std::size_t>(c)] + logistic(random);
+                             difficulty[static_cast<std::size_t>(c)] + std::log(u / (1.0 - u));
         text += "," + std::to_string(std::clamp(static_cast<int>(level + 2.5), 0, 4));
       }
       text += "\n";
