@@ -290,11 +290,14 @@ bool Loop::GoesOn() {
 
 }  // namespace
 
-void Iterate(Run& run) {
+void PrepareEstimates(Run& run) {
   Analysis& analysis = run.analysis;
-  run.at = "starting values";
   StartEstimates(analysis.design, analysis.settings, analysis.estimates);
   BuildScales(analysis.design, analysis.structures, analysis.settings.Uscale, analysis.scales);
+}
+
+void Iterate(Run& run) {
+  Analysis& analysis = run.analysis;
   SelectTable(run.console, 3);
   analysis.estimates.control.iterating = true;
   run.process.control.steering = &analysis.estimates.control;

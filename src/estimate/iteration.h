@@ -14,8 +14,10 @@
 
 namespace flanks {
 
-// A step of the run: sets all elements and scales to their start and iterates to the end.
-// Writes Table 3.  Faults: allExtreme.
+// Steps of the run.  The first sets all elements and scales to their start.
+void PrepareEstimates(Run& run);
+
+// Iterates to the end.  Writes Table 3.  Faults: allExtreme.
 void Iterate(Run& run);
 
 }  // namespace flanks

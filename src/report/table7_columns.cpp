@@ -23,17 +23,6 @@ constexpr std::string_view kStatusRow =
 constexpr std::string_view kFootRow =
     "|######.# #####.# ####.## ###.## | \\    \\ \\   \\ |##.## ##.# ##.## ##.# |      |";
 
-struct OptionalColumn {
-  Table7Column column;
-  std::string_view firstHead;
-  std::string_view secondHead;
-  std::string_view editWord;
-};
-
-constexpr OptionalColumn kOptionalColumns[] = {
-    {Table7Column::correlationMeasure, " Correlation ", " PtMea PtExp ", " \\   \\ \\   \\ "},
-};
-
 std::string WithSeparators(std::string_view text) {
   std::string line(text);
   std::replace(line.begin(), line.end(), '|', kBoxColumn);
@@ -113,8 +102,8 @@ Table7Layout LayOutTable7(const Analysis& analysis, FlankNo flank) {
       FirstHead(settings, IsPositive(flanks, flank), analysis.estimates.iteration.anyWeight);
   std::string secondHead(kSecondHead);
   std::string optionalWords;
-  for (const OptionalColumn& column : kOptionalColumns) {
-    if (settings.PointCorrelationKind != 'M') continue;
+  for (const Table7OptionalColumn& column : Table7OptionalColumns()) {
+    if (!column.shows(analysis, flank)) continue;
     layout.optional.push_back(column.column);
     firstHead += std::string(column.firstHead) + "|";
     secondHead += std::string(column.secondHead) + "|";

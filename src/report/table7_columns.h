@@ -2,8 +2,9 @@
 //
 // A row of figures is assembled from one edit word for each kind of row.  All kinds share the
 // column separators, so that figures stand under their heads: the fixed columns first (scores,
-// measure, fit, discrimination), then the optional ones that the Flank's Table shows, then the
-// label.  With Left-hand placement the label stands in front of everything.
+// measure, fit, discrimination), then the optional ones that the Flank's Table shows
+// (report/table7_optional.h), then the label.  With Left-hand placement the label stands in front
+// of everything.
 //
 // Tested by tests/unit/report/table7_columns_test.cpp.
 #ifndef FLANKS_REPORT_TABLE7_COLUMNS_H
@@ -14,11 +15,10 @@
 #include <vector>
 
 #include "base/utf8.h"
+#include "report/table7_optional.h"
 #include "run/analysis.h"
 
 namespace flanks {
-
-enum class Table7Column { correlationMeasure };
 
 // What one Flank's Table 7 looks like.  Built once for each Flank.
 struct Table7Layout {
@@ -27,7 +27,7 @@ struct Table7Layout {
   int labelWidth = 20;  // display width of the label column
   bool leftHand = false;
   Utf8Encoded encoding = Utf8Encoded::detect;
-  std::vector<Table7Column> optional;
+  std::vector<Table7Column> optional;  // those that show
   std::array<std::string, 4> headingRows;
   std::string rulePattern;
   std::string fullRow, extremeRow, statusRow, footRow;  // edit words

@@ -15,27 +15,44 @@ namespace {
 constexpr int kRatioDecimals = 2;
 constexpr int kTextWidth = 1;  // a left-trimmed text: as wide as it needs to be
 
-using Figure = double (*)(const MeasureSummary&, SummarySlot);
+// Mean or S.D. of one column, over `count` rows.
+using Figure = double (*)(const RunningMoments& column, double count);
+
+double Mean(const RunningMoments& column, double) {
+  return column.Mean;
+}
+
+double PopulationDeviation(const RunningMoments& column, double count) {
+  return column.PopulationDeviation(count);
+}
+
+double SampleDeviationOf(const RunningMoments& column, double count) {
+  return SampleDeviation(column.PopulationDeviation(count), count);
+}
 
 // One figure of each column that the foot shows.
 MeasureRow FootFigures(const MeasureSummary& summary, Figure figure) {
+  const auto of = [&](SummarySlot slot) {
+    return figure(summary.slots[static_cast<std::size_t>(slot)], summary.Count);
+  };
   MeasureRow row;
-  row.measure = figure(summary, SummarySlot::measure);
-  row.standardError = figure(summary, SummarySlot::standardError);
-  row.infitMeanSquare = figure(summary, SummarySlot::infitMeanSquare);
-  row.infitZStd = figure(summary, SummarySlot::infitZStd);
-  row.outfitMeanSquare = figure(summary, SummarySlot::outfitMeanSquare);
-  row.outfitZStd = figure(summary, SummarySlot::outfitZStd);
-  row.score = figure(summary, SummarySlot::score);
-  row.count = figure(summary, SummarySlot::count);
-  row.observedAverage = figure(summary, SummarySlot::observedAverage);
-  row.fairAverage = figure(summary, SummarySlot::fairAverage);
-  row.correlation = figure(summary, SummarySlot::correlation);
+  row.measure = of(SummarySlot::measure);
+  row.standardError = of(SummarySlot::standardError);
+  row.infitMeanSquare = of(SummarySlot::infitMeanSquare);
+  row.infitZStd = of(SummarySlot::infitZStd);
+  row.outfitMeanSquare = of(SummarySlot::outfitMeanSquare);
+  row.outfitZStd = of(SummarySlot::outfitZStd);
+  row.score = of(SummarySlot::score);
+  row.count = of(SummarySlot::count);
+  row.observedAverage = of(SummarySlot::observedAverage);
+  row.fairAverage = of(SummarySlot::fairAverage);
+  row.correlation = of(SummarySlot::correlation);
+  // Raters without a pair have no agreement; those that have one are a set of their own.
+  const double raters = summary.agreement.Count;
+  row.hasAgreement = raters > 0.0;
+  row.agreementObserved = figure(summary.agreement.slots[0], raters);
+  row.agreementExpected = figure(summary.agreement.slots[1], raters);
   return row;
-}
-
-double SampleDeviationOf(const MeasureSummary& summary, SummarySlot slot) {
-  return SampleDeviation(PopulationDeviationOf(summary, slot), summary.Count);
 }
 
 // The shorter words where the label column is too narrow for the long ones.
@@ -51,8 +68,8 @@ void WriteMeans(Console& console, const Table7Layout& layout, const MeasureSumma
   const auto write = [&](Figure figure, const std::string& words) {
     WriteReportLine(console, FootLine(settings, layout, FootFigures(summary, figure), words));
   };
-  write(MeanOf, MeanWords(layout, summary.Count));
-  write(PopulationDeviationOf, "S.D. (Population)");
+  write(Mean, MeanWords(layout, summary.Count));
+  write(PopulationDeviation, "S.D. (Population)");
   if (summary.Count > 1.0) write(SampleDeviationOf, "S.D. (Sample)");
 }
 
@@ -65,8 +82,13 @@ std::string_view ErrorWord(const Settings& settings) {
   return settings.RealStandardErrors ? "Real" : "Model";
 }
 
-void WriteSeparation(Console& console, const MeasureSummary& summary, float tinyValue,
-                     std::string_view prefix) {
+// What stands before the value of Reliability: raters are to be alike, not to be told apart.
+std::string_view ReliabilityNote(const Settings& settings, FlankNo flank) {
+  return settings.InterRaterSetting.front() == flank.number() ? "(not inter-rater) " : "";
+}
+
+void WriteSeparation(Console& console, FlankNo flank, const MeasureSummary& summary,
+                     float tinyValue, std::string_view prefix) {
   if (summary.Count < 2.0) return;
   const Settings& settings = console.settings();
   for (const Spread spread : {Spread::population, Spread::sample}) {
@@ -78,7 +100,9 @@ void WriteSeparation(Console& console, const MeasureSummary& summary, float tiny
     line += "  Adj (True) S.D. " + Trimmed(s.AdjustedDeviation, settings.Udecimals);
     line += "  Separation " + Trimmed(s.Separation, kRatioDecimals);
     line += "  Strata " + Trimmed(s.Strata, kRatioDecimals);
-    line += "  Reliability " + Trimmed(s.Reliability, kRatioDecimals);
+    line += "  Reliability ";
+    line += ReliabilityNote(settings, flank);
+    line += Trimmed(s.Reliability, kRatioDecimals);
     WriteReportLine(console, line);
   }
 }
@@ -102,6 +126,33 @@ void WriteChiSquares(Console& console, const Table7Sets& sets, float tinyValue,
     WriteChiSquare(console, *random, prefix, ",  Random (normal)");
 }
 
+// The pairs of ratings over the whole run.
+void WriteAgreement(Console& console, const RaterAgreement& agreement) {
+  const double pairs = agreement.AgreementOpportunities;
+  const auto percent = [pairs](double part) {
+    return OneDecimalText(pairs > 0.0 ? 100.0 * part / pairs : 0.0);
+  };
+  WriteReportLine(console, "Inter-Rater agreement opportunities: " + NumberText(pairs) +
+                               "  Exact agreements: " + NumberText(agreement.AgreementExact) +
+                               " = " + percent(agreement.AgreementExact) +
+                               "%  Expected: " + OneDecimalText(agreement.AgreementExpected) +
+                               " = " + percent(agreement.AgreementExpected) + "%");
+}
+
+void WriteStatistics(Console& console, const Analysis& analysis, FlankNo flank,
+                     const Table7Sets& sets) {
+  const bool extremes = sets.SummaryWith.Count > sets.SummaryWithout.Count;
+  const float tiny = analysis.estimates.TinyValue;
+  if (sets.SummaryWith.Count < 2.0) return;
+  if (extremes) {
+    WriteSeparation(console, flank, sets.SummaryWith, tiny, "   With extremes, ");
+    WriteSeparation(console, flank, sets.SummaryWithout, tiny, "Without extremes, ");
+  } else {
+    WriteSeparation(console, flank, sets.SummaryWithout, tiny, "");
+  }
+  WriteChiSquares(console, sets, tiny, extremes ? "With extremes, " : "");
+}
+
 }  // namespace
 
 void AddToSets(const Analysis& analysis, ElementSlot slot, Table7Sets& sets) {
@@ -117,19 +168,13 @@ void AddToSets(const Analysis& analysis, ElementSlot slot, Table7Sets& sets) {
 void WriteTable7Foot(Console& console, const Analysis& analysis, const Table7Layout& layout,
                      const Table7Sets& sets) {
   const bool extremes = sets.SummaryWith.Count > sets.SummaryWithout.Count;
-  const float tiny = analysis.estimates.TinyValue;
   MidRule(console);
   if (sets.SummaryWithout.Count > 0.0) WriteMeans(console, layout, sets.SummaryWithout);
   if (extremes) WriteMeans(console, layout, sets.SummaryWith);
   BottomRule(console);
-  if (sets.SummaryWith.Count < 2.0) return;
-  if (extremes) {
-    WriteSeparation(console, sets.SummaryWith, tiny, "   With extremes, ");
-    WriteSeparation(console, sets.SummaryWithout, tiny, "Without extremes, ");
-  } else {
-    WriteSeparation(console, sets.SummaryWithout, tiny, "");
-  }
-  WriteChiSquares(console, sets, tiny, extremes ? "With extremes, " : "");
+  WriteStatistics(console, analysis, layout.flank, sets);
+  const RaterAgreement& agreement = analysis.estimates.agreement;
+  if (agreement.raterFlank == layout.flank) WriteAgreement(console, agreement);
 }
 
 }  // namespace flanks

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <span>
+#include <vector>
 
 #include "base/held_single.h"
 #include "base/utf8.h"
@@ -14,7 +15,6 @@ namespace {
 
 constexpr int kMeasureWidth = 6;
 constexpr int kErrorWidth = 5;
-constexpr int kCorrelationWidth = 5;
 constexpr int kDiscriminationWidth = 5;
 constexpr int kStatisticDecimals = 2;
 constexpr std::size_t kSubsetsShown = 20;  // of one element
@@ -41,8 +41,23 @@ void AppendFit(EditLine& line, const MeasureRow& figures) {
   line.EditDouble(figures.outfitZStd);
 }
 
-std::string CorrelationText(double correlation) {
-  return FixedField(correlation, kCorrelationWidth, kStatisticDecimals);
+void AppendCells(EditLine& line, const std::vector<std::string>& cells) {
+  for (const std::string& cell : cells) line.EditString(cell);
+}
+
+// "A" for an anchored measure, "G" for a group-anchored one.
+std::string_view AnchorFlag(const Analysis& analysis, ElementSlot slot) {
+  if (analysis.design.elements.ElementAnchor[slot] == AnchorKind::groupAnchored) return "G";
+  return analysis.estimates.elements[slot].ElementStatus == kStatusAnchored ? "A" : " ";
+}
+
+// A rater without a pair has none.
+void AddAgreement(const RaterAgreement& agreement, ElementSlot slot, MeasureRow& row) {
+  const ElementSlot rater = agreement.RowOf(slot);
+  if (!agreement.RaterOpportunities.has(rater)) return;
+  row.hasAgreement = agreement.RaterOpportunities[rater] > 0.0f;
+  row.agreementObserved = agreement.RaterExact[rater];
+  row.agreementExpected = agreement.RaterExpected[rater];
 }
 
 // Label on its side, nothing on the other.
@@ -86,24 +101,13 @@ std::string FullLine(const Analysis& analysis, const Table7Layout& layout, Eleme
   EditLine line = BeginRow(layout, layout.fullRow, label);
   AppendScores(line, figures);
   line.EditDouble(figures.fairAverage);
-  line.EditString(analysis.estimates.elements[slot].ElementStatus == kStatusAnchored ? "A" : " ");
+  line.EditString(AnchorFlag(analysis, slot));
   AppendMeasure(line, analysis.settings, figures);
   AppendFit(line, figures);
   line.EditString(FixedField(fit->Discrimination, kDiscriminationWidth, kStatisticDecimals));
-  for (const Table7Column column : layout.optional) {
-    if (column != Table7Column::correlationMeasure) continue;
-    line.EditString(CorrelationText(fit->PointMeasure));
-    line.EditString(CorrelationText(fit->PointResidual));
-  }
+  for (const Table7Column column : layout.optional)
+    AppendCells(line, FullCells(analysis, column, slot));
   return EndRow(line, layout, label, SubsetNote(analysis, slot));
-}
-
-void AppendEmptyOptionals(EditLine& line, const Table7Layout& layout) {
-  for (const Table7Column column : layout.optional) {
-    if (column != Table7Column::correlationMeasure) continue;
-    line.EditString("");
-    line.EditString("");
-  }
 }
 
 // Extreme and Status rows: a word stands in the place of the fit.
@@ -116,13 +120,14 @@ std::string UnfittedLine(const Analysis& analysis, const Table7Layout& layout, E
   EditLine line = BeginRow(layout, extreme ? layout.extremeRow : layout.statusRow, label);
   AppendScores(line, figures);
   if (extreme) line.EditDouble(figures.fairAverage);
-  line.EditString(status == kStatusAnchored ? "A" : " ");
+  line.EditString(AnchorFlag(analysis, slot));
   if (extreme)
     AppendMeasure(line, analysis.settings, figures);
   else
     line.EditString(FixedField(figures.measure, kMeasureWidth, analysis.settings.Udecimals));
   line.EditString(StatusWord(status));
-  AppendEmptyOptionals(line, layout);
+  for (const Table7Column column : layout.optional)
+    AppendCells(line, UnfittedCells(analysis, column, slot));
   return EndRow(line, layout, label, SubsetNote(analysis, slot));
 }
 
@@ -161,6 +166,7 @@ MeasureRow FiguresOf(const Analysis& analysis, ElementSlot slot) {
   row.observedAverage = PerCount(row.score, HeldSingle(row.count));
   row.fairAverage = PerCount(fit->FairSum, scores.Count);
   row.correlation = fit->PointMeasure;
+  AddAgreement(analysis.estimates.agreement, slot, row);
   return row;
 }
 
@@ -177,11 +183,7 @@ std::string FootLine(const Settings& settings, const Table7Layout& layout,
   line.EditDouble(figures.fairAverage);
   AppendMeasure(line, settings, figures);
   AppendFit(line, figures);
-  for (const Table7Column column : layout.optional) {
-    if (column != Table7Column::correlationMeasure) continue;
-    line.EditString(CorrelationText(figures.correlation));
-    line.EditString("");
-  }
+  for (const Table7Column column : layout.optional) AppendCells(line, FootCells(column, figures));
   return EndRow(line, layout, words);
 }
 

@@ -64,6 +64,11 @@ float LargerInSize(float infit, float outfit) {
   return std::max(infit, outfit);
 }
 
+// The shown correlation, not the expected one.
+float CorrelationSortKey(const ElementFinal& fit) {
+  return fit.PointMeasure;
+}
+
 std::string Piece(const Analysis& analysis, ElementSlot slot, char letter, int labelLength) {
   const Estimates& estimates = analysis.estimates;
   const ElementTable& elements = analysis.design.elements;
@@ -78,9 +83,9 @@ std::string Piece(const Analysis& analysis, ElementSlot slot, char letter, int l
     case 'a':
       return LabelPiece(elements.ElementLabel[slot], labelLength, letter == 'a');
     case 'P':
-      return FloatKey(fit.PointMeasure);
+      return FloatKey(CorrelationSortKey(fit));
     case 'p':
-      return FloatKey(-fit.PointMeasure);
+      return FloatKey(-CorrelationSortKey(fit));
     case 'M':
     case 'm':
       return MeasurePiece(state, letter == 'm');

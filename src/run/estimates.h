@@ -21,6 +21,7 @@
 #include "run/design.h"
 #include "run/fit_sums.h"
 #include "run/process.h"
+#include "run/rater_agreement.h"
 #include "run/scale_tables.h"
 
 namespace flanks {
@@ -131,6 +132,7 @@ struct Estimates {
   Column<ElementSlot, FitSums> fitSums;  // from the fit pass to the sweep after it
   FitTotals fitTotals;
   Column<FlankNo, float> FlankMean;  // logits: fair averages (Fair=M)
+  RaterAgreement agreement;
   IterationState iteration;
   IterationControl control;
   KernelWork work;

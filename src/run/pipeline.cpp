@@ -29,7 +29,9 @@
 #include "spec/scales.h"
 #include "spec/specification_reader.h"
 #include "spec/table1.h"
+#include "stats/agreement.h"
 #include "stats/fit_pass.h"
+#include "stats/point_biserial.h"
 
 namespace flanks {
 namespace {
@@ -140,8 +142,11 @@ constexpr Step kAnalysisSteps[] = {
     {"WriteTable2Head", WriteTable2Head},
     {"ReadData", ReadData},
     {"WriteTable2Body", WriteTable2Body},
+    {"PrepareEstimates", PrepareEstimates},
+    {"CorrelatePointBiserial", CorrelatePointBiserial},
     {"Iterate", Iterate},
     {"CalculateFit", CalculateFit},
+    {"ComputeAgreement", ComputeAgreement},
     {"SummarizeFit", SummarizeFit},
     {"TellWhatIsNotWritten", TellWhatIsNotWritten},
     {"TellSubsets", TellSubsets},

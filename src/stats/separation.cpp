@@ -49,9 +49,8 @@ void AddRow(MeasureSummary& summary, const MeasureRow& row) {
   values[Index(SummarySlot::observedAverage)] = row.observedAverage;
   values[Index(SummarySlot::fairAverage)] = row.fairAverage;
   values[Index(SummarySlot::correlation)] = row.correlation;
-  values[Index(SummarySlot::agreementObserved)] = row.agreementObserved;
-  values[Index(SummarySlot::agreementExpected)] = row.agreementExpected;
   summary.Add(values);
+  if (row.hasAgreement) summary.agreement.Add({row.agreementObserved, row.agreementExpected});
 }
 
 double MeanOf(const MeasureSummary& summary, SummarySlot slot) {

@@ -46,14 +46,14 @@ enum class SummarySlot : std::uint8_t {
   count,
   observedAverage,
   fairAverage,
-  correlation,        // the observed one
-  agreementObserved,  // per cent; inter-rater Flank only
-  agreementExpected,
-  slots,  // how many there are
+  correlation,  // the observed one
+  slots,        // how many there are
 };
 constexpr std::size_t kSummarySlots = static_cast<std::size_t>(SummarySlot::slots);
 
-struct MeasureSummary : RunningSummary<kSummarySlots> {};
+struct MeasureSummary : RunningSummary<kSummarySlots> {
+  RunningSummary<2> agreement;  // per cent, observed and expected, of raters that have a pair
+};
 
 // What a row of a measurement Table gives to the sets.
 struct MeasureRow {
@@ -64,7 +64,8 @@ struct MeasureRow {
   double score = 0.0, count = 0.0;
   double observedAverage = 0.0, fairAverage = 0.0;
   double correlation = 0.0;
-  double agreementObserved = 0.0, agreementExpected = 0.0;
+  bool hasAgreement = false;  // a rater of the inter-rater Flank that has a pair
+  double agreementObserved = 0.0, agreementExpected = 0.0;  // per cent
 };
 
 void AddRow(MeasureSummary& summary, const MeasureRow& row);

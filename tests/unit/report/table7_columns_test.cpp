@@ -21,6 +21,9 @@ Analysis OneFlank(const std::string& name, const std::vector<std::string>& label
   for (const std::string& label : labels) {
     analysis.design.elements.ElementLabel.push(label);
     analysis.design.elements.ElementNumber.push(analysis.design.elements.ElementLabel.rows());
+    analysis.design.elements.ElementGroup.push(0);
+    analysis.design.elements.ElementWeight.push(1.0f);
+    analysis.estimates.elements.push(ElementState{});
   }
   return analysis;
 }

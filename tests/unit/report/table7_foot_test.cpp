@@ -38,6 +38,10 @@ struct Foot {
   void Add(std::int16_t status, float measure, float error) {
     analysis.design.elements.ElementNumber.push(analysis.design.elements.ElementNumber.rows() + 1);
     analysis.design.elements.ElementLabel.push("e");
+    analysis.design.elements.ElementAnchor.push(AnchorKind::none);
+    analysis.design.elements.ElementGroup.push(0);
+    analysis.design.elements.ElementWeight.push(1.0f);
+    analysis.design.elements.ElementFlank.push(FlankNo(1));
     ElementState state;
     state.ElementMeasure = measure;
     state.ElementStatus = status;
@@ -130,6 +134,55 @@ TEST(Table7Foot, TheErrorWordIsRealForRealStandardErrors) {
   Foot foot(false);
   foot.analysis.settings.RealStandardErrors = true;
   EXPECT_EQ(foot.Lines()[5].rfind("Real, Populn: RMSE ", 0), 0u);
+}
+
+// Three of the five raters have a pair: 50, 60 and 70 per cent observed, 40, 45 and 50 expected.
+TEST(Table7Foot, TheRatersAgreementHasMeansAndALineOfItsOwn) {
+  Foot foot(false);
+  foot.analysis.settings.InterRaterSetting = {1};
+  RaterAgreement& agreement = foot.analysis.estimates.agreement;
+  agreement.raterFlank = FlankNo(1);
+  agreement.RaterLow = ElementSlot(1);
+  agreement.RaterOpportunities.assign(5, 0.0f);
+  agreement.RaterExact.assign(5, 0.0f);
+  agreement.RaterExpected.assign(5, 0.0f);
+  for (const int n : {1, 2, 4}) {
+    const ElementSlot row(n);
+    agreement.RaterOpportunities[row] = 8.0f;
+    agreement.RaterExact[row] = n == 1 ? 50.0f : n == 2 ? 60.0f : 70.0f;
+    agreement.RaterExpected[row] = n == 1 ? 40.0f : n == 2 ? 45.0f : 50.0f;
+  }
+  agreement.AgreementOpportunities = 12.0;
+  agreement.AgreementExact = 7.5;
+  agreement.AgreementExpected = 5.375;
+  const std::vector<std::string> lines = foot.Lines();
+  ASSERT_EQ(lines.size(), 10u);
+  EXPECT_NE(lines[1].find("|  60.0   45.0 | Mean (Count: 5)"), std::string::npos) << lines[1];
+  // S.D.s of 50, 60, 70: 8.2 and 10.0; of 40, 45, 50: 4.1 and 5.0.
+  EXPECT_NE(lines[2].find("|   8.2    4.1 | S.D. (Population)"), std::string::npos) << lines[2];
+  EXPECT_NE(lines[3].find("|  10.0    5.0 | S.D. (Sample)"), std::string::npos) << lines[3];
+  EXPECT_EQ(lines[5],
+            "Model, Populn: RMSE .29  Adj (True) S.D. .73  Separation 2.48  Strata 3.64  "
+            "Reliability (not inter-rater) .86");
+  // 100 x 7.5 / 12 = 62.5 and 100 x 5.375 / 12 = 44.8.
+  EXPECT_EQ(lines[9],
+            "Inter-Rater agreement opportunities: 12  Exact agreements: 7.5 = 62.5%  Expected: 5.4 "
+            "= 44.8%");
+}
+
+TEST(Table7Foot, AgreementWithoutAnyPairIsNone) {
+  Foot foot(false);
+  foot.analysis.estimates.agreement.raterFlank = FlankNo(1);
+  foot.analysis.estimates.agreement.RaterLow = ElementSlot(1);
+  for (Column<ElementSlot, float>* column : {&foot.analysis.estimates.agreement.RaterOpportunities,
+                                             &foot.analysis.estimates.agreement.RaterExact,
+                                             &foot.analysis.estimates.agreement.RaterExpected})
+    column->assign(5, 0.0f);
+  const std::vector<std::string> lines = foot.Lines();
+  EXPECT_NE(lines[1].find("|              | Mean (Count: 5)"), std::string::npos) << lines[1];
+  EXPECT_EQ(lines.back(),
+            "Inter-Rater agreement opportunities: 0  Exact agreements: 0 = .0%  Expected: .0 = "
+            ".0%");
 }
 
 TEST(Table7Foot, OneElementHasMeansAndNoTests) {

@@ -23,6 +23,10 @@ struct OneElement {
     flanks.FlankOrientation.assign(1, kPositiveOrientation);
     analysis.design.elements.ElementNumber.push(7);
     analysis.design.elements.ElementLabel.push("Ann");
+    analysis.design.elements.ElementAnchor.push(AnchorKind::none);
+    analysis.design.elements.ElementGroup.push(0);
+    analysis.design.elements.ElementWeight.push(1.0f);
+    analysis.design.elements.ElementFlank.push(FlankNo(1));
     ElementState state;
     state.ElementMeasure = .5f;
     state.ElementStatus = status;
