@@ -43,12 +43,6 @@ using A = const Analysis&;
 constexpr Unwritten kNotWritten[] = {
     {"The list of subsets (Subsets=)",
      [](A a) { return a.settings.Subsets == 'R' || a.settings.Subsets == 'L'; }},
-    {"Agreement between raters (Inter-rater=)",
-     [](A a) { return a.settings.InterRaterSetting.front() > 0; }},
-    {"The point-biserial correlation (Pt-biserial=)",
-     [](A a) {
-       return a.settings.PointCorrelationKind == 'Y' || a.settings.PointCorrelationKind == 'I';
-     }},
     {"Table 5 (Tables=)", [](A a) { return IsTableAsked(a, {5}, {}); }},
     {"The Anchor file (Anchorfile=)", [](A a) { return !a.settings.AnchorFile.empty(); }},
     {"The Score file (Scorefile=)", [](A a) { return !a.settings.ScoreFile.empty(); }},

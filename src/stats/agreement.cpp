@@ -6,7 +6,7 @@
 #include <numeric>
 #include <stdexcept>
 
-#include "base/single.h"
+#include "base/held_single.h"
 #include "report/format/join_number.h"
 #include "run/analysis.h"
 #include "run/console.h"
@@ -281,11 +281,11 @@ void AgreementPass::Finish(RaterAgreement& agreement) const {
   agreement.RaterExpected.assign(count, 0.0f);
   for (const ElementSlot row : Upward(agreement.RaterOpportunities)) {
     const RaterSums& sums = raters_[row.offset()];
-    const float opportunities = Single(sums.opportunities);
+    const float opportunities = HeldSingle(sums.opportunities);
     agreement.RaterOpportunities[row] = opportunities;
     if (!(opportunities > 0.0f)) continue;
-    agreement.RaterExact[row] = Single(100.0 * Single(sums.exact) / opportunities);
-    agreement.RaterExpected[row] = Single(100.0 * Single(sums.expected) / opportunities);
+    agreement.RaterExact[row] = Single(100.0 * HeldSingle(sums.exact) / opportunities);
+    agreement.RaterExpected[row] = Single(100.0 * HeldSingle(sums.expected) / opportunities);
   }
 }
 
