@@ -84,6 +84,10 @@ ExecTexts EnvironmentOf(const ProgramCall& call) {
     setrlimit(RLIMIT_FSIZE, &limit);
     std::signal(SIGXFSZ, SIG_IGN);  // a write beyond the limit fails instead of killing
   }
+  if (call.memoryLimit) {
+    const rlimit limit{*call.memoryLimit, *call.memoryLimit};
+    setrlimit(RLIMIT_AS, &limit);
+  }
   if (chdir(call.folder.c_str()) == 0)
     execve(call.program.c_str(), arguments.pointers.data(), environment.pointers.data());
   _exit(127);

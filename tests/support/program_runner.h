@@ -27,6 +27,7 @@ struct ProgramCall {
   std::chrono::milliseconds timeLimit{60'000};     // for the whole run
   std::string interruptAt;  // Ctrl+C as soon as standard output holds this text; empty: never
   std::optional<std::uint64_t> fileSizeLimit;  // bytes; a longer write fails, as on a full disk
+  std::optional<std::uint64_t> memoryLimit;  // bytes of address space; not for a sanitized program
 };
 
 struct ProgramResult {

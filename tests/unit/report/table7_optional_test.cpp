@@ -189,8 +189,8 @@ TEST(AnchorFlag, IsAForAnAnchorAndGForAGroupAnchor) {
   ThreeElements t;
   t.analysis.design.elements.ElementAnchor[ElementSlot(2)] = AnchorKind::groupAnchored;
   t.analysis.estimates.elements[ElementSlot(2)].ElementStatus = kStatusAnchored;
-  EXPECT_NE(t.Line(1).find("A   .00"), std::string::npos) << t.Line(1);
-  EXPECT_NE(t.Line(2).find("G   .00"), std::string::npos) << t.Line(2);
+  EXPECT_NE(t.Line(1).find("A    .00"), std::string::npos) << t.Line(1);
+  EXPECT_NE(t.Line(2).find("G    .00"), std::string::npos) << t.Line(2);
   EXPECT_NE(t.Line(3).find("    .00   .40 |"), std::string::npos) << t.Line(3);
   t.analysis.estimates.elements[ElementSlot(2)].ElementStatus = kStatusMinimum;
   EXPECT_NE(t.Line(2).find("G("), std::string::npos) << t.Line(2);

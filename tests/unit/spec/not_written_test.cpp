@@ -62,6 +62,20 @@ TEST(NotWritten, SaysNothingOfWhatNobodyAskedFor) {
   EXPECT_THAT(NotWrittenBy("Tables=11111111111111"), SizeIs(5));
 }
 
+TEST(NotWritten, GroupsOfElementsAreToldUnlessOnlyTheListOfAllIsAsked) {
+  const std::string specification =
+      "Flanks=2\nModels=?,?,R5\nLabels=\n1,Persons\n1=Ann,,1\n2=Bob,,2\n3=Cy,,2\n*\n"
+      "2,Items\n1=i1\n2=i2\n*\nData=\n1,1,3\n1,2,4\n2,1,1\n2,2,2\n3,1,2\n3,2,4\n";
+  const std::string line =
+      "The list of each element group (T7LGS=) is not written by this version of Flanks.";
+  AnalysisRun run;
+  ASSERT_EQ(run.Analyze(specification), 0) << run.Screen();
+  EXPECT_THAT(run.Screen(), HasSubstr(line));
+  AnalysisRun list;
+  ASSERT_EQ(list.Analyze(specification, "T7LGS=L"), 0) << list.Screen();
+  EXPECT_THAT(list.Screen(), Not(HasSubstr(line)));
+}
+
 TEST(NotWritten, IsOnTheScreenAndNotInTheReport) {
   AnalysisRun run;
   ASSERT_EQ(run.Analyze("Flanks=2\nModels=?,?,R5\nLabels=\n1,Persons\n1=Ann\n2=Bob\n3=Cy\n*\n"

@@ -92,6 +92,17 @@ class AgreementCase {
     return d.structures.structureScale[StructureRow(r.structure)];
   }
 
+  // Not when two elements or more are extreme and none is left in play.
+  bool IsKept(const Rated& r) const {
+    int extreme = 0, inPlay = 0;
+    for (std::size_t p = 0; p < r.slots.size(); ++p) {
+      if (SlotOf(r, p) == 0) continue;
+      const ElementState& element = d.estimates.elements[ElementSlot(SlotOf(r, p))];
+      ++(IsInPlay(element.ElementStatus) ? inPlay : extreme);
+    }
+    return extreme < 2 || inPlay > 0;
+  }
+
   // By category as scored, from 0 on; empty for a rating with an extreme element.
   std::vector<double> ChancesOf(const Rated& r) const {
     double B = 0.0;
@@ -124,8 +135,8 @@ class AgreementCase {
     for (std::size_t i = 0; i < data.size(); ++i) {
       for (std::size_t j = i + 1; j < data.size(); ++j) {
         const Rated &a = data[i], &b = data[j];
-        bool same = SlotOf(a, position) != 0 && SlotOf(b, position) != 0 &&
-                    SlotOf(a, position) != SlotOf(b, position);
+        bool same = IsKept(a) && IsKept(b) && SlotOf(a, position) != 0 &&
+                    SlotOf(b, position) != 0 && SlotOf(a, position) != SlotOf(b, position);
         for (std::size_t p = 0; p < a.slots.size(); ++p)
           same = same && (!Matches(p) || SlotOf(a, p) == SlotOf(b, p));
         if (same) CountPair(a, b, SlotOf(a, position), SlotOf(b, position));
@@ -262,15 +273,33 @@ TEST_F(FourRaters, TwoCertainRatingsAgreeOrDoNot) {
   c.Compare(found);
 }
 
-// Both the person and the rater are extreme: the rating feeds no estimate and is compared all the
-// same.  A rating with a dropped rater is not.
-TEST_F(FourRaters, RatingsWithTwoExtremeElementsCountAndDroppedOnesDoNot) {
+// A rating of an extreme person by an extreme rater leaves no element in play, and one by a dropped
+// rater is of no use either.
+TEST_F(FourRaters, RatingsWithoutAnElementInPlayDoNotCount) {
   c.d.element(1).ElementStatus = kStatusMaximum;
   c.d.element(3).ElementStatus = kStatusMaximum;
   c.d.element(5).ElementStatus = kStatusDropped;
   c.Rate({{1, 3}, structure, 3});
   c.Rate({{1, 4}, structure, 3});
   c.Rate({{1, 5}, structure, 3});
+  c.Rate({{1, 6}, structure, 3});
+  const RaterAgreement found = c.Compute();
+  EXPECT_EQ(found.AgreementOpportunities, 1.0);
+  EXPECT_EQ(found.AgreementExpected, 1.0);
+  EXPECT_EQ(found.RaterOpportunities[found.RowOf(ElementSlot(3))], 0.0f);
+}
+
+// Person and rater are extreme and the task is not: the rating feeds no estimate and is compared
+// all the same.
+TEST(Agreement, RatingsWithTwoExtremeElementsCountBesideOneInPlay) {
+  AgreementCase c;
+  c.d.Flank(1, kPositiveOrientation).Flank(2, kNegativeOrientation).Flank(1, kNegativeOrientation);
+  const int structure = c.d.Structure(c.d.Statement({"", "", ""}), c.d.Rating({-0.5f, 0.5f}));
+  c.d.Build();
+  c.d.element(1).ElementStatus = kStatusMaximum;
+  c.d.element(2).ElementStatus = kStatusMaximum;
+  c.Rate({{1, 2, 4}, structure, 2});
+  c.Rate({{1, 3, 4}, structure, 2});
   const RaterAgreement found = c.Compute();
   EXPECT_EQ(found.AgreementOpportunities, 1.0);
   EXPECT_EQ(found.AgreementExpected, 1.0);

@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+#include "stats/fit_pass.h"
+#include "support/pass_design.h"
+
 namespace flanks {
 namespace {
 
@@ -60,6 +63,32 @@ TEST(FairMeasures, PutTheOtherFlanksAtTheirMeans) {
 TEST(FairMeasures, AreTheElementsOwnAgainstZero) {
   EXPECT_EQ(MeasuresOf({{-0.25f, 0.0f}, {-0.75f, 0.0f}, {1.5f, 0.0f}}),
             (std::vector<float>{-0.25f, -0.75f, 1.5f}));
+}
+
+// One person of .5, one rater of -.5 (taken off, so .5 is added) and their one observation.
+double FairScore(const std::vector<float>& thresholds, float person, float rater, FairKind kind) {
+  PassDesign d;
+  d.Flank(1, kPositiveOrientation).Flank(1, kNegativeOrientation);
+  const int structure = d.Structure(d.Statement({"", ""}), d.Rating(thresholds));
+  d.Build();
+  d.scales.lowestCategory.assign(1, 0);
+  d.SetMeasures({person, rater});
+  d.Observe({1, 2}, structure, 1);
+  const PassParts parts = d.parts();
+  FlankMeans(d.design, d.estimates);
+  FitPass pass(parts, kind);
+  EXPECT_TRUE(pass.Run());
+  return d.estimates.fitSums[ElementSlot(1)].terms.FairSum;
+}
+
+// At B = .5 + .5 = 1 with thresholds -1, 0 and 1 the logits are 0, 2, 3, 3: exp = 1, 7.389056,
+// 20.085537 twice, sum 48.560130; (7.389056 + 5 x 20.085537) / 48.560130 = 2.220273.
+TEST(FairScores, AreExpectedAtTheMeansOfTheOthers) {
+  EXPECT_NEAR(FairScore({-1.0f, 0.0f, 1.0f}, 0.5f, -0.5f, FairKind::mean), 2.220273, 1E-6);
+}
+
+TEST(FairScores, AreExpectedAgainstZero) {
+  EXPECT_EQ(FairScore({0.0f}, 0.0f, 1.5f, FairKind::zero), 0.5);
 }
 
 // A Flank in two positions: its mean stands in the level twice, and each takes off its own.
