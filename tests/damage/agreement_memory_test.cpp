@@ -36,7 +36,9 @@ TEST(AgreementMemory, ARunThatCannotHoldTheRatingsGoesOnWithoutAgreement) {
   const ScratchFolder folder;
   folder.write("data.txt", Data());
   folder.write("spec.txt", Specification());
-  ProgramCall call{FLANKS_PROGRAM, {"spec.txt", "report.txt"}};
+  ProgramCall call;
+  call.program = FLANKS_PROGRAM;
+  call.arguments = {"spec.txt", "report.txt"};
   call.folder = folder.file("");
   // The least memory, to four megabytes, in which the run comes through without agreement.
   ProgramResult result;
