@@ -452,7 +452,7 @@ class AgreementStep : public ::testing::Test {
     e.elements.assign(data.design().ElementTotal, {});
     for (ElementState& element : e.elements) element.ElementStatus = kStatusFree;
     ScaleTables& s = data.analysis.scales;
-    BuildScales(data.design(), data.analysis.structures, s);
+    BuildScales(data.design(), data.analysis.structures, 1.0f, s);
     data.settings().InterRaterSetting = std::move(setting);
   }
   static std::string EightPersons() {
