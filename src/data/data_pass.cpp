@@ -232,6 +232,10 @@ bool DataPass::ReadLine(std::string_view text) {
 
 bool DataPass::Fail(const LineProblem& problem) {
   parts_.reading.SourceLine = source_.original();
+  // Line numbers run on through include files: the user is told where this one stands.
+  if (const FilePlace at = source_.PlaceOf(source_.lineNumber()); at.file != source_.name())
+    parts_.console.WarnLine(JoinNumber("Reading line", at.line) + " of % include file " +
+                            InQuotes(at.file) + ":");
   SetFault(parts_.reading, problem.fault, messages_.ParticularsOf(problem, place()));
   return false;
 }
@@ -382,12 +386,15 @@ void ReadSource(Run& run, SpecificationSource& source) {
 
 }  // namespace
 
+const std::string& DataName(const Settings& settings) {
+  const bool inlineData = settings.dataSource == DataSource::inlineData;
+  return inlineData ? settings.specificationFile : settings.dataFile;
+}
+
 void ReadData(Run& run) {
   Analysis& analysis = run.analysis;
   const bool inlineData = analysis.settings.dataSource == DataSource::inlineData;
-  const std::string& name =
-      inlineData ? analysis.settings.specificationFile : analysis.settings.dataFile;
-  run.console.ShowAndWrite("Assigning models to Data= " + InQuotes(name));
+  run.console.ShowAndWrite("Assigning models to Data= " + InQuotes(DataName(analysis.settings)));
   run.process.control.QueryMode = analysis.settings.Query;
   if (inlineData) {
     if (analysis.specification.source) ReadSource(run, *analysis.specification.source);

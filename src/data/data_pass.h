@@ -38,6 +38,9 @@ namespace flanks {
 // requiredFileNotFound (a file that the importer would have to convert), and those of data lines.
 void ReadData(Run& run);
 
+// The file that the data stand in, as the user named it.
+const std::string& DataName(const Settings& settings);
+
 // What the pass works on.
 struct DataPassParts {
   const Design& design;

@@ -3,13 +3,17 @@
 #include <cstdint>
 #include <utility>
 
+#include "data/data_pass.h"
 #include "data/element_file.h"
 #include "data/query_show.h"
 #include "data/response_file.h"
 #include "report/format/join_number.h"
 #include "run/messages.h"
 #include "run/report_page.h"
+#include "spec/file_names.h"
+#include "spec/list_reading.h"
 #include "spec/models.h"
+#include "spec/specification_reader.h"
 
 namespace flanks {
 namespace {
@@ -63,12 +67,25 @@ std::string MissingCodes(const Settings& settings) {
   return codes.size() < 2 ? "" : codes.substr(1, codes.size() - 2);
 }
 
+// The Flanks of the statements' positions, without those that are X in every statement.
+Column<FlankNo, std::uint8_t> FlanksInUse(const Design& design) {
+  Column<FlankNo, std::uint8_t> inUse(design.FlankCount);
+  const auto set = [&](FlankNo flank, bool used) {
+    if (inUse.has(flank)) inUse[flank] = used;
+  };
+  const EntryMaps& maps = design.maps;
+  for (const FlankNo flank : maps.ModelFlank) set(flank, true);
+  for (const FlankNo flank : maps.EntryMap) set(flank, false);
+  for (const DataPosition place : Upward(maps.EntryMap))
+    if (maps.DataPositionActive[place] != 0) set(maps.EntryMap[place], true);
+  return inUse;
+}
+
 void WarnOfEmptyFlanks(Run& run) {
   const Design& design = run.analysis.design;
   const DataCounts& counts = run.analysis.counts;
-  Column<FlankNo, std::uint8_t> inUse(design.FlankCount);
-  for (const FlankNo flank : design.maps.ModelFlank)
-    if (inUse.has(flank)) inUse[flank] = 1;
+  if (counts.DataLines.isZero()) return;  // the data are at fault, not the lists of elements
+  const Column<FlankNo, std::uint8_t> inUse = FlanksInUse(design);
   for (const FlankNo flank : Upward(inUse))
     if (inUse[flank] != 0 && counts.flankLookedUp[flank] == 0)
       run.console.WarnLine(JoinNumber(message::kNoElementsForFlank, flank.number()));
@@ -129,7 +146,7 @@ void WriteTable2Head(Run& run) {
   OpenResponseFile(analysis.reading.LineNumber, analysis.work);
   const Fault fault = PrepareElementFile(analysis.design, analysis.settings,
                                          analysis.reading.LineNumber, analysis.work);
-  if (fault != Fault::none) SetFault(analysis.reading, fault);
+  if (fault != Fault::none) SetPlacelessFault(analysis.reading, fault, "Labels=N");
 }
 
 void WriteTable2Body(Run& run) {
@@ -149,7 +166,9 @@ void WriteTable2Body(Run& run) {
       JoinNumber("Valid responses used for estimation =", counts.ValidResponses.text()));
   WriteUnspecified(run);
   run.analysis.reading.LineNumber = 0;  // later faults have no line
-  if (counts.ValidResponses.isZero()) SetFault(run.analysis.reading, Fault::noUsableData);
+  if (counts.ValidResponses.isZero())
+    SetFault(run.analysis.reading, Fault::noUsableData,
+             TextAtFault(InQuotes(DataName(run.analysis.settings))));
 }
 
 std::vector<std::string> UnspecifiedLines(const DataCounts& counts, const FlankTable& flanks,

@@ -14,6 +14,7 @@
 #include "report/format/fixed_field.h"
 #include "report/format/join_number.h"
 #include "report/table7.h"
+#include "run/fault_cures.h"
 #include "run/guard.h"
 #include "run/messages.h"
 #include "run/report_page.h"
@@ -23,6 +24,7 @@
 #include "spec/dvalues.h"
 #include "spec/flank_maps.h"
 #include "spec/label_loader.h"
+#include "spec/list_reading.h"
 #include "spec/models.h"
 #include "spec/not_written.h"
 #include "spec/output_names.h"
@@ -42,9 +44,24 @@ void ResetDefaults(Analysis& analysis) {
   analysis = std::move(*std::make_unique<Analysis>());
 }
 
-// The one line that tells the pending fault, on the screen and in the report.
-void ReportFault(Console& console, const ReadState& reading) {
+// `line 3 of "more.txt"`, or the whole file when the line is not known.
+std::string SpecificationPlace(const Analysis& analysis, std::int64_t lineNumber) {
+  FilePlace place;
+  if (analysis.specification.source) place = analysis.specification.source->PlaceOf(lineNumber);
+  if (place.line == 0)
+    return "the Specification file \"" + analysis.settings.specificationFile + "\"";
+  return "line " + std::to_string(place.line) + " of \"" + place.file + "\"";
+}
+
+// The one line that tells the pending fault, on the screen and in the report, and then where its
+// line is found and what can be done.
+void ReportFault(Console& console, const Analysis& analysis) {
+  const ReadState& reading = analysis.reading;
   console.WarnLine(FaultLine(reading.FaultCode, reading.fault));
+  if (reading.fault.name == kSpecificationName)
+    console.WarnLine("  See " + SpecificationPlace(analysis, reading.fault.lineNumber) + ".");
+  if (const std::string_view cure = FaultCure(reading.FaultCode); !cure.empty())
+    console.WarnLine("  To mend it: " + std::string(cure));
 }
 
 struct Step {
@@ -65,7 +82,7 @@ void WarnOfFormerGroups(Run& run) {
 // A fault of the Specification as a whole, which no line is to blame for.
 void SetSpecificationFault(Run& run, Fault fault, const std::string& value = "") {
   FaultParticulars particulars;
-  particulars.name = "Specification";
+  particulars.name = kSpecificationName;
   particulars.value = value;
   particulars.lineNumber = kNoLineNumber;
   SetFault(run.analysis.reading, fault, std::move(particulars));
@@ -153,9 +170,24 @@ constexpr Step kAnalysisSteps[] = {
     {"WriteTable7", WriteTable7},
 };
 
+// The process ends at a number that cannot be computed: the user is told where it stands.
+void TellPlaceOfEnd(Run& run) {
+  const Analysis& analysis = run.analysis;
+  const bool inExtras = analysis.specification.ReadingExtras;
+  run.console.ShowFlagged("  See " +
+                          (inExtras ? "the Extra specification " + analysis.reading.SourceLine
+                                    : SpecificationPlace(analysis, analysis.reading.LineNumber)) +
+                          ".");
+}
+
 void RunSteps(std::span<const Step> steps, Run& run) {
   for (const Step& step : steps) {
-    Guarded(step.name, run, step.procedure);
+    try {
+      Guarded(step.name, run, step.procedure);
+    } catch (const ProcessEnd&) {
+      if (step.procedure != ReadData) TellPlaceOfEnd(run);  // it reads other lines
+      throw;
+    }
     if (Halted(run)) return;
   }
 }
@@ -200,7 +232,7 @@ int HaltRun(Run& run) {
     control.CancelRequested = false;  // what follows is to be written
   }
   run.analysis.report.switchedOff = false;
-  ReportFault(run.console, reading);
+  ReportFault(run.console, run.analysis);
   reading.FaultCode = Fault::none;
   run.analysis.report.closingNotes.clear();
   run.console.ShowLine("Execution halted");
@@ -224,7 +256,7 @@ bool SystemDecimalComma() {
 void CheckFault(Run& run) {
   const ReadState& reading = run.analysis.reading;
   if (reading.faulty()) {
-    ReportFault(run.console, reading);
+    ReportFault(run.console, run.analysis);
     if (!run.analysis.settings.Batch) run.console.FailureStop(reading.CurrentLine);
   }
   run.console.YieldToWindow();

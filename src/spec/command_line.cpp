@@ -84,7 +84,7 @@ void ApplyExtra(SpecContext& context, const std::string& specification) {
     ApplySpecification(context);
   if (!reading.faulty()) return;
   ShowLineOfFault(reading);
-  if (reading.fault.name.empty()) reading.fault.name = kExtrasName;
+  reading.fault.name = kExtrasName;
 }
 
 }  // namespace

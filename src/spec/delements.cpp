@@ -135,7 +135,7 @@ void PrepareDelements(Run& run) {
     }
     if (item.hasFlank && (item.flank < 1 || item.flank > design.FlankCount)) {
       FaultParticulars particulars;
-      particulars.text = ShownPart(text);
+      particulars.text = "Delements=" + std::string(ShownPart(text));
       particulars.name = kSpecificationName;
       particulars.number = design.FlankCount;
       particulars.lineNumber = kNoLineNumber;

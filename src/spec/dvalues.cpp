@@ -98,8 +98,8 @@ void PrepareDvalues(Run& run) {
   MakeDefaultMaps(analysis.design);
   for (const DvalueEntry& entry : entries) {
     FaultParticulars particulars =
-        TextAtFault(std::to_string(entry.position) + "," + entry.asWritten);
-    particulars.name = "Dvalues=";
+        TextAtFault("Dvalues=" + std::to_string(entry.position) + "," + entry.asWritten);
+    particulars.name = kSpecificationName;
     particulars.lineNumber = kNoLineNumber;
     SetFault(analysis.reading, FaultOf(analysis.design, entries, entry), std::move(particulars));
   }

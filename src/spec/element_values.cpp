@@ -173,6 +173,7 @@ void SetElementValues(const ElementTexts& texts, const Settings& settings, Desig
                        DescribeElement(design, slot) + " )");
       return SetGroupFault(reading, texts.lineNumber(slot));
     }
+    reading.LineNumber = texts.lineNumber(slot);  // a malformed measure ends the process
     if (!maker.Set(texts.measure(slot), slot)) return;
   }
 }

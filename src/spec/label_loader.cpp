@@ -129,6 +129,7 @@ void LabelLoader::ReadFlankLine(const LabelLine& line) {
   if (flankSeen_[flank_] != 0) return Fail(line, Fault::flankTwiceInLabels);
   flankSeen_[flank_] = 1;
   console_.ShowMore(" " + std::to_string(number.value));
+  reading_.LineNumber = line.lineNumber;  // a malformed weight ends the process
   const std::string_view name = line.fields[kFlankNameField];
   design_.flanks.FlankName[flank_] = name.empty() ? std::to_string(number.value) : name;
   design_.flanks.FlankOptions[flank_] = " " + UpperCase(line.fields[kFlankOptionsField]);
@@ -227,6 +228,7 @@ SlotRange LabelLoader::SlotsOfLine(const LabelLine& line, ElementFinder& finder)
 void LabelLoader::SetElements(const LabelLine& line, SlotRange slots) {
   ElementTable& elements = design_.elements;
   const std::string_view label = line.fields[kLabelField];
+  reading_.LineNumber = line.lineNumber;  // a malformed weight ends the process
   const GivenValue weight = EvaluateGiven(console_, line.fields[kWeightField]);
   elements.ElementWeightsInUse =
       elements.ElementWeightsInUse || (weight.given && weight.value != 1.0f);
@@ -279,13 +281,18 @@ void LoadLabels(Run& run) {
   Analysis& analysis = run.analysis;
   Design& design = analysis.design;
   if (design.FlankCount == 0) return;
+  const std::int64_t lineNumber = analysis.reading.LineNumber;
   if (analysis.work.labelsFile)
     LabelLoader(run, *analysis.work.labelsFile).Load();
   else
     SetNoElements(design);
-  if (Halted(run) || design.ElementTotal > 0) return;
+  if (Halted(run)) return;
+  analysis.reading.LineNumber = lineNumber;  // of the last line that was read
+  if (design.ElementTotal > 0) return;
   run.console.WarnLine(message::kNoLabels);
-  if (analysis.settings.labelsNobuild) SetPlacelessFault(analysis.reading, Fault::noElementLabels);
+  if (!analysis.settings.labelsNobuild) return;
+  analysis.reading.LineNumber = analysis.specification.labelsLine;
+  SetSpecificationFault(analysis.reading, Fault::noElementLabels, "Labels=N");
 }
 
 }  // namespace flanks

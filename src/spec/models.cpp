@@ -205,7 +205,11 @@ void MatchStatement(Run& run, ModelRow model, const std::vector<NamedScale>& sor
   models.ModelScaleType[model] = read.type;
   models.ModelCategoryMax[model] = read.maximum;
   design.MaxCategory = std::max(design.MaxCategory, read.maximum);
+  // A malformed weight ends the process here.
+  std::int64_t& lineNumber = run.analysis.reading.LineNumber;
+  const std::int64_t lastLine = std::exchange(lineNumber, models.statementLine[model]);
   const GivenValue value = EvaluateGiven(run.console, weight);
+  lineNumber = lastLine;
   if (!value.given) weight = kDefaultWeight;
   models.ModelWeight[model] = value.given ? value.value : 1.0f;
 }

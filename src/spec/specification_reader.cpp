@@ -205,7 +205,6 @@ void ReadSpecification(Run& run) {
   run.console.TickEnd();
   CompleteFault(context);
   state.includedFiles = state.source->includedFiles();
-  if (!state.InlineData) state.source.reset();
 }
 
 }  // namespace flanks

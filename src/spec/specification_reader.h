@@ -42,6 +42,12 @@ constexpr int kLargestFieldCount = 32000;
 
 enum class BlankLines : std::uint8_t { skip, keep };
 
+// Where a line stands: its file, and its number there.  Line 0: not known.
+struct FilePlace {
+  std::string file;
+  std::int64_t line = 0;
+};
+
 // A text file with the include files that are open in it.
 class SpecificationSource {
  public:
@@ -65,6 +71,8 @@ class SpecificationSource {
   std::string_view original() const { return original_; }
   // Its number, counted through all files from 1.
   std::int64_t lineNumber() const { return lineNumber_; }
+  // The file in which the line of this number stands, also when all has been read.
+  FilePlace PlaceOf(std::int64_t lineNumber) const;
   // Name of the top file.
   const std::string& name() const { return name_; }
   // Names of the include files that were opened so far.
@@ -81,7 +89,15 @@ class SpecificationSource {
   std::string_view WithoutControls(std::string_view line);
   bool Fail(Fault fault, std::string text);
 
-  std::vector<TextFile> levels_;  // level 0 is the top file
+  // Lines in a row of one file; the first has the number `first`.
+  struct Stretch {
+    std::int64_t first;
+    FilePlace place;  // of the first
+  };
+
+  std::vector<TextFile> levels_;    // level 0 is the top file
+  std::vector<FilePlace> goesOn_;   // for each level above, where the file below it goes on
+  std::vector<Stretch> stretches_;  // all that was read, in order
   std::string name_;
   std::string specificationFile_;
   std::vector<std::string> includedFiles_;

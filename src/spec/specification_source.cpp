@@ -1,7 +1,10 @@
 // SpecificationSource: the physical lines of a text file and the files that it includes.
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <string>
+#include <utility>
 
 #include "base/text.h"
 #include "base/utf8.h"
@@ -88,6 +91,8 @@ Fault SpecificationSource::Open(const std::string& name, std::string_view kind,
   name_ = name;
   specificationFile_ = specificationFile;
   lineNumber_ = 0;
+  goesOn_.clear();
+  stretches_.assign(1, {1, {name, 1}});
   fault_ = OpenLevel(name, kind, console);
   return fault_;
 }
@@ -108,6 +113,9 @@ bool SpecificationSource::ReadPhysicalLine(Console& console, std::string_view& l
     }
     if (levels_.back().fault() != TextFileFault::none) EndOnChangedFile(console, levels_.back());
     levels_.pop_back();
+    if (goesOn_.empty()) continue;
+    stretches_.push_back({lineNumber_ + 1, goesOn_.back()});
+    goesOn_.pop_back();
   }
   line = original_ = {};
   return false;
@@ -139,7 +147,22 @@ bool SpecificationSource::OpenIncluded(Console& console, std::string_view line) 
   if (const Fault fault = OpenLevel(found, kIncludeKind, console); fault != Fault::none)
     return Fail(fault, faultText_);
   includedFiles_.push_back(found);
+  FilePlace next = PlaceOf(lineNumber_);
+  ++next.line;
+  goesOn_.push_back(std::move(next));
+  stretches_.push_back({lineNumber_ + 1, {found, 1}});
   return true;
+}
+
+FilePlace SpecificationSource::PlaceOf(std::int64_t lineNumber) const {
+  // The last stretch that begins at the line or before it; an empty file leaves one without lines.
+  const auto behind =
+      std::upper_bound(stretches_.begin(), stretches_.end(), lineNumber,
+                       [](std::int64_t number, const Stretch& s) { return number < s.first; });
+  if (lineNumber < 1 || behind == stretches_.begin()) return {};
+  FilePlace place = std::prev(behind)->place;
+  place.line += lineNumber - std::prev(behind)->first;
+  return place;
 }
 
 bool SpecificationSource::ReadRawLine(Console& console, std::string_view& line) {

@@ -146,8 +146,30 @@ TEST(Table2, ALongListOfStatementsIsCutOnTheScreenOnly) {
 TEST(Table2, NoValidResponseIsAFaultWithoutALine) {
   Check test({"?,?,R5"});
   test.Read("9,9,3\n");
-  EXPECT_EQ(test.Fault(), "No usable data.  Use Query=Y to check Models= and Labels=: Error F35");
+  EXPECT_EQ(test.Fault(),
+            "\"" + test.folder.file("s.txt") +
+                "\" No usable data.  Use Query=Y to check Models= and Labels=: Error F35");
   EXPECT_THAT(test.Report(), HasSubstr("1, Persons,  , ; flank 1\n9 = 9\n *\n2, Items,"));
+}
+
+TEST(Table2, WarnsOfFlanksWithoutElementsThatAreInUse) {
+  struct Case {
+    const char* statement;
+    const char* data;
+    bool warned;
+    const char* why;
+  };
+  const Case cases[] = {{"?,?,R5", "1,1,3\n", true, "the items have no elements"},
+                        {"?,X,R5", "1,1,3\n", false, "no statement looks at the items"},
+                        {"?,?,R5", "", false, "no data say anything about the items"}};
+  for (const Case& c : cases) {
+    DataRun test;
+    test.Flank({{1, "Ann"}});
+    test.Flank({});
+    test.Model(c.statement);
+    test.Read(c.data);
+    EXPECT_EQ(test.Report().find("Warning (10)") != std::string::npos, c.warned) << c.why;
+  }
 }
 
 TEST(Table2, NobuildListsNothing) {

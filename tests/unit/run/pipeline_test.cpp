@@ -135,7 +135,8 @@ TEST(CheckFault, MakesAFailureOfAPendingFaultUnlessInBatchMode) {
     test.analysis.reading.CurrentLine = "Flanks=x";
     SetFault(test.analysis.reading, Fault::notNumeric);
     CheckFault(test.run);
-    EXPECT_EQ(test.shell.Screen(), "Non-numeric datum treated as missing: Error F22\n");
+    EXPECT_EQ(test.shell.Screen(),
+              "Non-numeric datum treated as missing: Error F22\n  To mend it: Give a number.\n");
     EXPECT_EQ(IsStopping(test.process.control), !batch);
     EXPECT_EQ(test.dialogs.boxes.empty(), batch);
     if (test.dialogs.boxes.empty()) continue;

@@ -180,6 +180,33 @@ TEST(IncludeFiles, MayHaveTheirNamesInQuotes) {
   EXPECT_EQ(ReadAll(test, "%\"\"\n").fault, Fault::noFileName);
 }
 
+// The running number of a line leads to its file and its number there.
+TEST(IncludeFiles, ArePlacesOfTheirOwn) {
+  SpecRun test;
+  const std::string inner = test.folder.write("inner.txt", "b=2\n%empty.txt\n%deep.txt\nd=4\n");
+  test.folder.write("deep.txt", "c=3\n");
+  test.folder.write("empty.txt", "");
+  const std::string top = test.folder.write("s.txt", "a=1\n%inner.txt\ne=5\n");
+  SpecificationSource source;
+  ASSERT_EQ(source.Open(top, "Specification", top, test.console), Fault::none);
+  std::string_view line;
+  while (source.NextSpecificationLine(test.console, BlankLines::skip, nullptr, line)) {
+  }
+  struct Case {
+    int number;
+    std::string file;
+    int line;
+  };
+  const Case cases[] = {{1, "s.txt", 1},     {2, "s.txt", 2},     {3, "inner.txt", 1},
+                        {4, "inner.txt", 2}, {5, "inner.txt", 3}, {6, "deep.txt", 1},
+                        {7, "inner.txt", 4}, {8, "s.txt", 3}};
+  for (const Case& c : cases) {
+    EXPECT_EQ(source.PlaceOf(c.number).file, test.folder.file(c.file)) << c.number;
+    EXPECT_EQ(source.PlaceOf(c.number).line, c.line) << c.number;
+  }
+  EXPECT_EQ(source.PlaceOf(0).line, 0);
+}
+
 TEST(IncludeFiles, APercentSignWithinALineIsOrdinary) {
   SpecRun test;
   EXPECT_THAT(ReadAll(test, "Title=50% of all\n").lines, ElementsAre("Title=50% of all"));
