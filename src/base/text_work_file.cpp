@@ -12,7 +12,8 @@ constexpr std::size_t kBlockBytes = 65536;
 }  // namespace
 
 std::error_code TextWorkFile::Create(std::string_view title, std::string_view extension) {
-  buffer_.clear();
+  // The empty line in front keeps the first bytes of a line from being taken for a byte order mark.
+  buffer_ = "\n";
   nextPosition_ = 1;
   lines_ = 0;
   input_.Close();
@@ -32,6 +33,8 @@ void TextWorkFile::Rewind() {
   output_.Close();
   if (const std::error_code error = input_.Open(temp_.name()))
     ThrowFileFailure("open", temp_.name(), error);
+  std::string_view none;
+  input_.ReadLine(none);  // a failure shows again at the next line
 }
 
 bool TextWorkFile::ReadLine(std::string_view& line) {

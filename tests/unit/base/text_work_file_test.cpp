@@ -42,6 +42,22 @@ TEST(TextWorkFile, AFileWithoutLinesIsEmpty) {
   EXPECT_FALSE(file.ReadLine(line));
 }
 
+// In a file of the user's these three bytes in front would be a byte order mark.
+TEST(TextWorkFile, TheFirstBytesOfItsFirstLineAreNoMark) {
+  const ScratchFolder folder;
+  TextWorkFile file;
+  ASSERT_FALSE(file.Create("labels", "txt"));
+  file.WriteLine(
+      "\xEF\xBB\xBF"
+      "Quality");
+  file.Rewind();
+  std::string_view line;
+  ASSERT_TRUE(file.ReadLine(line));
+  EXPECT_EQ(line,
+            "\xEF\xBB\xBF"
+            "Quality");
+}
+
 TEST(TextWorkFile, ManyLinesGoThroughTheBuffer) {
   const ScratchFolder folder;
   TextWorkFile file;
