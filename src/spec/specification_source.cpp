@@ -20,6 +20,9 @@ constexpr char kCommentMark = ';';
 constexpr char kNoBreakSpace = '\xA0';
 constexpr char kNoBreakSpaceLead = '\xC2';  // of the two bytes that UTF-8 makes of it
 constexpr int kChangedFileExit = 1;
+// Of one source.  A list may hold lines that name its own file: the levels alone would let n such
+// lines open it n to the 20th times.
+constexpr std::size_t kMostIncludedFiles = 10000;
 
 // What the bytes of a line are, so that one look over a line finds all that is special in it.
 enum ByteClass : std::uint8_t {
@@ -173,7 +176,9 @@ bool SpecificationSource::ReadRawLine(Console& console, std::string_view& line) 
       classes_ = ClassesIn(line);
     }
     original_ = line;
-    if (!(classes_ & kIsInclude) || levels_.size() > kIncludeLevels) return true;
+    const bool room =
+        levels_.size() <= kIncludeLevels && includedFiles_.size() < kMostIncludedFiles;
+    if (!(classes_ & kIsInclude) || !room) return true;
     const std::string_view trimmed = Trim(line);
     if (trimmed.empty() || trimmed.front() != kIncludeMark) return true;
     if (!OpenIncluded(console, trimmed)) break;

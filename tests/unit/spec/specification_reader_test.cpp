@@ -226,6 +226,24 @@ TEST(IncludeFiles, BehindTwentyLevelsTheLineIsOrdinary) {
   EXPECT_EQ(reading.lineNumber, 21);
 }
 
+// Twenty levels of a file with two such lines would be a million files.
+TEST(IncludeFiles, BehindTenThousandFilesTheLineIsOrdinary) {
+  SpecRun test;
+  const Reading reading = ReadAll(test, "%s.txt\n%s.txt\n");
+  EXPECT_EQ(reading.fault, Fault::none);
+  // The top file and the 10,000 have two lines each; a line that opened a file is not among them.
+  EXPECT_EQ(reading.lineNumber, 2 * 10001);
+  EXPECT_EQ(reading.lines.size(), 10002u);
+}
+
+// The lines of a scale's list that are no categories say nothing, so that no fault ends the run.
+TEST(IncludeFiles, AScaleThatIncludesItsFileComesToAnEnd) {
+  SpecRun test;
+  test.Read("Flanks=2\nRating scale=S,R3\n%s.txt\n%s.txt\n%s.txt\n");
+  EXPECT_EQ(test.fault(), Fault::none) << test.FaultText();
+  EXPECT_GT(test.analysis.design.ScaleLast, 0);
+}
+
 struct IncludeFaultCase {
   std::string line;
   Fault fault;
