@@ -101,8 +101,11 @@ std::string Piece(const Analysis& analysis, ElementSlot slot, char letter, int l
   }
 }
 
+constexpr int kBeyondAllFlanks = 1000;
+
 }  // namespace
 
+// A Flank number of any length: what is beyond all Flanks stays beyond them.
 std::vector<ArrangeItem> ReadArrange(std::string_view arrange) {
   std::vector<ArrangeItem> items;
   while (!arrange.empty()) {
@@ -110,7 +113,7 @@ std::vector<ArrangeItem> ReadArrange(std::string_view arrange) {
     ArrangeItem item;
     for (const char c : arrange.substr(0, comma)) {
       if (std::isdigit(static_cast<unsigned char>(c)) != 0)
-        item.flank = item.flank * 10 + (c - '0');
+        item.flank = std::min(item.flank * 10 + (c - '0'), kBeyondAllFlanks);
       else if (c != ' ')
         item.letters += c;
     }

@@ -123,5 +123,15 @@ TEST(ReadArrange, SplitsItemsIntoFlankAndLetters) {
   EXPECT_TRUE(ReadArrange("").empty());
 }
 
+// 2^32 + 1 must not come back as Flank 1, nor the digits of a longer number overflow.
+TEST(ReadArrange, ANumberBeyondAllFlanksIsNoFlank) {
+  for (const char* text : {"256N", "1000N", "4294967297N", "99999999999999999999N"}) {
+    const std::vector<ArrangeItem> items = ReadArrange(text);
+    ASSERT_EQ(items.size(), 1u);
+    EXPECT_GT(items[0].flank, 255) << text;
+    EXPECT_EQ(items[0].letters, "N");
+  }
+}
+
 }  // namespace
 }  // namespace flanks
