@@ -109,41 +109,11 @@ std::string Lines(unsigned seed, const DataRun& run) {
   return lines;
 }
 
-// All that a pass leaves behind.
-std::string Outcome(DataRun& run) {
-  const DataCounts& counts = run.analysis.counts;
-  std::string all = run.Screen() + run.Report();
-  for (const FixedCount count :
-       {counts.FileLines, counts.DataLines, counts.NonBlankResponses, counts.ValidResponses})
-    all += count.text() + " ";
-  for (const CountedEvent& event :
-       {counts.BlankLines, counts.MissingCodeResponses, counts.MissingNullResponses, counts.R0Lines,
-        counts.InvalidResponses, counts.NegativeResponses, counts.InvalidModelResponses,
-        counts.UnspecifiedResponses, counts.UnmatchedResponses})
-    all += event.count.text() + "@" + std::to_string(event.firstLine) + " ";
-  for (const std::int64_t matched : counts.ModelCounter) all += std::to_string(matched) + " ";
-  for (const std::uint8_t lookedUp : counts.flankLookedUp) all += lookedUp != 0 ? "y" : "n";
-  for (const UnspecifiedElement& element : counts.UnspecifiedList)
-    all += "\n" + std::to_string(element.flank.number()) + ":" + std::to_string(element.number) +
-           "=" + element.text;
-  for (const std::string& record : run.Records()) all += "\n" + record;
-  const StructureTable& structures = run.analysis.structures;
-  for (const StructureRow row : Upward(structures.structureModel))
-    for (int category = 0; category < structures.structureCount.width(); ++category)
-      all += " " + std::to_string(structures.structureCount.at(row, category));
-  return all + "\n" + run.Fault() + run.analysis.reading.SourceLine;
-}
-
 std::string OutcomeOf(unsigned seed, PlainLines plainLines) {
   DataRun run;
   Build(run, seed);
   run.Pass(Lines(seed + 1, run), plainLines);
-  std::string outcome = Outcome(run);
-  // The folder has another name in each run.
-  const std::string folder = run.folder.folder();
-  for (std::size_t at; (at = outcome.find(folder)) != std::string::npos;)
-    outcome.erase(at, folder.size());
-  return outcome;
+  return run.Outcome();
 }
 
 TEST(DataPassProperty, TheShortCutGivesWhatTheGeneralProcedureGives) {

@@ -185,4 +185,34 @@ std::vector<std::string> DataRun::Records() {
   return records;
 }
 
+std::string DataRun::Outcome() {
+  const DataCounts& counts = analysis.counts;
+  std::string all = Screen() + Report();
+  for (const FixedCount count :
+       {counts.FileLines, counts.DataLines, counts.NonBlankResponses, counts.ValidResponses})
+    all += count.text() + " ";
+  for (const CountedEvent& event :
+       {counts.BlankLines, counts.MissingCodeResponses, counts.MissingNullResponses, counts.R0Lines,
+        counts.InvalidResponses, counts.NegativeResponses, counts.InvalidModelResponses,
+        counts.UnspecifiedResponses, counts.UnmatchedResponses})
+    all += event.count.text() + "@" + std::to_string(event.firstLine) + " ";
+  for (const std::int64_t matched : counts.ModelCounter) all += std::to_string(matched) + " ";
+  // After a fault nobody asks which Flanks were looked up.
+  if (!analysis.reading.faulty())
+    for (const std::uint8_t lookedUp : counts.flankLookedUp) all += lookedUp != 0 ? "y" : "n";
+  for (const UnspecifiedElement& element : counts.UnspecifiedList)
+    all += "\n" + std::to_string(element.flank.number()) + ":" + std::to_string(element.number) +
+           "=" + element.text;
+  for (const std::string& record : Records()) all += "\n" + record;
+  const StructureTable& structures = analysis.structures;
+  for (const StructureRow row : Upward(structures.structureModel))
+    for (int category = 0; category < structures.structureCount.width(); ++category)
+      all += " " + std::to_string(structures.structureCount.at(row, category));
+  all += "\n" + Fault() + analysis.reading.SourceLine;
+  // The folder has another name in each run.
+  for (std::size_t at; (at = all.find(folder.folder())) != std::string::npos;)
+    all.erase(at, folder.folder().size());
+  return all;
+}
+
 }  // namespace flanks

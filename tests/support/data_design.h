@@ -70,6 +70,8 @@ class DataRun {
   }
   // "structure replication category : slot slot" for each record.
   std::vector<std::string> Records();
+  // All that a pass leaves behind: two passes with one outcome did the same.
+  std::string Outcome();
 
  private:
   void EnterInOrder();
