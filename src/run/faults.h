@@ -97,7 +97,7 @@ constexpr std::int64_t kNoLineNumber = -1;  // of a fault that belongs to no lin
 struct FaultParticulars {
   std::string text;             // the offending value, or the line it stands in; "" for none
   std::string name;             // "Specification", "Command line", "Data line in d.txt(1) line: 5"
-  std::string value;            // a text within the words (fault 60)
+  std::string value;            // a text within the words (faults 37, 60)
   std::int64_t number = 0;      // a number within the words: a limit or a count
   std::string addition;         // words added behind the fault's own (29, 231)
   std::int64_t lineNumber = 0;  // 0: not known

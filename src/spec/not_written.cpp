@@ -23,6 +23,11 @@ char FlagOf(const Settings& settings, int table) {
   return areFlags ? flags[static_cast<std::size_t>(table - 1)] : ' ';
 }
 
+bool IsTableOn(const Settings& settings, std::initializer_list<int> tables) {
+  return std::any_of(tables.begin(), tables.end(),
+                     [&](int table) { return FlagOf(settings, table) != '0'; });
+}
+
 bool IsTableAsked(const Analysis& analysis, std::initializer_list<int> tables,
                   std::initializer_list<std::string_view> keywords) {
   const bool given = std::any_of(keywords.begin(), keywords.end(), [&](std::string_view keyword) {
@@ -42,6 +47,14 @@ bool AreGroupsAsked(const Analysis& analysis) {
     const bool allowed = flanks.FlankOptions[flank].find('N') == std::string::npos;
     if (allowed && flanks.FlankHighestGroup[flank] > 0) return true;
   }
+  return false;
+}
+
+// Whether a statement asks for the bias terms of a position.
+bool HasBiasMark(const Design& design) {
+  for (const ModelRow model : Upward(design.models.ModelText))
+    for (Position position(1); position.number() <= design.ModelFlankCount; ++position)
+      if (design.models.reference(model, position).bias) return true;
   return false;
 }
 
@@ -65,7 +78,8 @@ constexpr Unwritten kNotWritten[] = {
      [](A a) {
        return !a.settings.verticalOff && IsTableAsked(a, {6}, {"Vertical", "Yardstick"});
      }},
-    {"The list of each element group (T7LGS=)", AreGroupsAsked},
+    {"The list of each element group (T7LGS=)",
+     [](A a) { return IsTableOn(a.settings, {7}) && AreGroupsAsked(a); }},
     {"A summary of groups (Glabel=)", [](A a) { return !a.design.groupLabels.empty(); }},
     {"Table 8, the categories of the scales (Barchart=, T8NBC=),",
      [](A a) {
@@ -75,9 +89,11 @@ constexpr Unwritten kNotWritten[] = {
      [](A a) {
        return IsTableAsked(a, {4}, {"T4MAX", "Unexpected", "Usort"});
      }},
-    {"The set of bias Tables, 9 to 14 (Zscore=),",
+    {"The set of bias Tables, 9 to 14 (B in Models=, Zscore=),",
      [](A a) {
-       return IsTableAsked(a, {9, 10, 11, 12, 13, 14}, {"Zscore"});
+       const std::initializer_list<int> tables = {9, 10, 11, 12, 13, 14};
+       return IsTableAsked(a, tables, {"Zscore"}) ||
+              (HasBiasMark(a.design) && IsTableOn(a.settings, tables));
      }},
 };
 

@@ -18,7 +18,7 @@ namespace flanks {
 
 // The lines to be shown, in the order in which a run would write the things; empty when all that
 // was asked for is written.  A Table counts as asked for when its flag of `Tables=` is 1, or when
-// one of its keywords was given and its flag is not 0.
+// one of its keywords, or what the Specification has for it alone, was given and its flag is not 0.
 std::vector<std::string> NotWritten(const Analysis& analysis);
 
 // Step, before the output files and the Tables: shows them.

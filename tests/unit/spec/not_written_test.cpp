@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "run/report_page.h"
+#include "spec/label_loader.h"
+#include "spec/models.h"
 #include "support/analysis_run.h"
 #include "support/spec_run.h"
 
@@ -42,11 +43,11 @@ TEST(NotWritten, IsToldByName) {
       {"Simulated=d.txt", "The file of simulated data (Simulated=)"},
       {"Vertical=1*", "Table 6, the rulers (Vertical=, Yardstick=),"},
       {"Tables=000001", "Table 6, the rulers (Vertical=, Yardstick=),"},
-      {"Glabel=1,2,x", "A summary of groups (Glabel=)"},
+      {"Glabel=1,2,x", "A summary of element groups (Labels=, Glabel=)"},
       {"T8NBC=N", "Table 8, the categories of the scales (Barchart=, T8NBC=),"},
       {"Unexpected=2", "Table 4, the unexpected responses (T4MAX=, Unexpected=, Usort=),"},
-      {"Zscore=1", "The set of bias Tables, 9 to 14 (Zscore=),"},
-      {"Tables=00000000000001", "The set of bias Tables, 9 to 14 (Zscore=),"},
+      {"Zscore=1", "The set of bias Tables, 9 to 14 (B in Models=, Zscore=),"},
+      {"Tables=00000000000001", "The set of bias Tables, 9 to 14 (B in Models=, Zscore=),"},
   };
   for (const AskedCase& c : cases)
     EXPECT_THAT(NotWrittenBy(c.lines),
@@ -76,6 +77,22 @@ TEST(NotWritten, GroupsOfElementsAreToldUnlessOnlyTheListOfAllIsAsked) {
   EXPECT_THAT(list.Screen(), Not(HasSubstr(line)));
 }
 
+TEST(NotWritten, IsAskedByTheDesignAsWell) {
+  const std::string labels = "Labels=\n1,A\n1=a,,2\n*\n2,B\n1=b\n*\n";
+  for (const std::string tables : {"", "Tables=1\n"}) {
+    SpecRun test;
+    test.Read("Flanks=2\n" + tables + "Models=?B,?B,R\n*\n" + labels);
+    test.Do({BuildModelTable, LoadLabels});
+    std::vector<std::string> expected;
+    if (tables.empty())
+      expected = {
+          "The list of each element group (T7LGS=) is not written by this version of Flanks.",
+          "The set of bias Tables, 9 to 14 (B in Models=, Zscore=), is not written by this version "
+          "of Flanks."};
+    EXPECT_EQ(NotWritten(test.analysis), expected);
+  }
+}
+
 TEST(NotWritten, IsOnTheScreenAndNotInTheReport) {
   AnalysisRun run;
   ASSERT_EQ(run.Analyze("Flanks=2\nModels=?,?,R5\nLabels=\n1,Persons\n1=Ann\n2=Bob\n3=Cy\n*\n"
@@ -83,8 +100,9 @@ TEST(NotWritten, IsOnTheScreenAndNotInTheReport) {
                         "Zscore=1"),
             0)
       << run.Screen();
-  EXPECT_THAT(run.Screen(), HasSubstr("bias Tables, 9 to 14 (Zscore=), is not written by this "
-                                      "version of Flanks.\nTable 7.1.1"));
+  EXPECT_THAT(run.Screen(),
+              HasSubstr("bias Tables, 9 to 14 (B in Models=, Zscore=), is not written by this "
+                        "version of Flanks.\nTable 7.1.1"));
   EXPECT_THAT(run.Report(), AllOf(HasSubstr("Table 7.1.1"), Not(HasSubstr("not written"))));
 }
 
