@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "base/kept_lines.h"
 #include "run/data_counts.h"
 #include "run/design.h"
 #include "run/disjoint_subsets.h"
@@ -43,7 +44,7 @@ struct SpecificationState {
 
   std::string SeenCodes =
       std::string(70, ' ');  // blank, 'X' taken from the extras, 'S' from the file
-  std::vector<std::string> IgnoredLines;
+  KeptLines IgnoredLines;  // for Table 1: comments with ";;", duplicate specifications
   std::vector<std::string> includedFiles;  // a report may not replace them
   std::string ExtraSpecifications;
   bool ReadingExtras = false;

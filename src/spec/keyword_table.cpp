@@ -112,7 +112,7 @@ void NoteDuplicate(SpecContext& context) {
   if (line.empty()) return;
   const std::string note = "Duplicate specification ignored: " + std::string(line);
   context.console.ShowLine(note);
-  context.state.IgnoredLines.push_back(note);
+  context.state.IgnoredLines.Add(note);
 }
 
 // A keyword that was taken already.  `Data=` without a value ends the Specification all the same:
@@ -143,7 +143,7 @@ void TellMissingSign(SpecContext& context) {
 
 void NotUnderstood(SpecContext& context) {
   context.console.ShowFlagged("Specification not understood: " + context.reading.CurrentLine +
-                              context.reading.SourceLine);
+                              std::string(ShownPart(context.reading.SourceLine)));
   SetFault(context.reading, Fault::notSpecificationValue);
 }
 

@@ -31,6 +31,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/kept_lines.h"
 #include "base/text_file.h"
 #include "run/run.h"
 #include "spec/spec_context.h"
@@ -64,8 +65,8 @@ class SpecificationSource {
   // The next line without comment, control characters (a tab stays) and blanks at its ends.  A line
   // of nothing but blanks, commas and tabs is empty.  Comments with ";;" go to `shownComments`, or
   // to the report when that is null.
-  bool NextSpecificationLine(Console& console, BlankLines blankLines,
-                             std::vector<std::string>* shownComments, std::string_view& line);
+  bool NextSpecificationLine(Console& console, BlankLines blankLines, KeptLines* shownComments,
+                             std::string_view& line);
 
   // The line just read as it stands in the file; valid until the next read.
   std::string_view original() const { return original_; }

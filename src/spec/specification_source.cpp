@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "base/utf8.h"
 #include "spec/file_names.h"
+#include "spec/list_reading.h"
 #include "spec/specification_reader.h"
 
 namespace flanks {
@@ -145,7 +146,7 @@ bool SpecificationSource::OpenIncluded(Console& console, std::string_view line) 
   const std::string name(WithoutQuotes(afterMark.substr(0, afterMark.find(kCommentMark))));
   if (const Fault fault = CheckFileName(name); fault != Fault::none)
     return Fail(fault, std::string(line));
-  console.ShowLine("Reading % include file: " + name);
+  console.ShowLine("Reading % include file: " + std::string(ShownPart(name)));
   const std::string found = FindFileToRead(name, specificationFile_);
   if (const Fault fault = OpenLevel(found, kIncludeKind, console); fault != Fault::none)
     return Fail(fault, faultText_);
@@ -195,14 +196,13 @@ std::string_view SpecificationSource::WithoutControls(std::string_view line) {
 }
 
 bool SpecificationSource::NextSpecificationLine(Console& console, BlankLines blankLines,
-                                                std::vector<std::string>* shownComments,
-                                                std::string_view& line) {
+                                                KeptLines* shownComments, std::string_view& line) {
   while (ReadRawLine(console, line)) {
     unsigned classes = classes_;
     if (classes & kIsComment) {
       if (line.find(";;") != std::string_view::npos) {
         if (shownComments != nullptr)
-          shownComments->emplace_back(Trim(line));
+          shownComments->Add(Trim(line));
         else
           console.WriteOutput(Trim(line));
       }

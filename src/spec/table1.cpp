@@ -232,19 +232,26 @@ std::string DataFileName(const Settings& settings) {
   return "(" + settings.specificationFile + ")";
 }
 
-Lines HeadBlock(const Analysis& analysis) {
-  const Settings& settings = analysis.settings;
+Lines TitleLines(const Analysis& analysis) {
   Lines lines;
   if (!analysis.report.deferredMessages.empty()) {
     lines.emplace_back(" Messages:");
     for (const std::string& message : analysis.report.deferredMessages) lines.push_back(message);
   }
-  lines.push_back("Title = " + settings.Title);
-  if (!analysis.specification.IgnoredLines.empty()) {
-    lines.emplace_back(";; Comments =");
-    for (const std::string& kept : analysis.specification.IgnoredLines)
-      lines.push_back("  " + kept);
-  }
+  lines.push_back("Title = " + analysis.settings.Title);
+  return lines;
+}
+
+// One by one: there may be millions.
+void WriteComments(Console& console, KeptLines& comments) {
+  if (comments.empty()) return;
+  console.WriteOutput(";; Comments =");
+  std::string comment;
+  for (comments.Rewind(); comments.Next(comment);) console.WriteOutput("  " + comment);
+}
+
+Lines FileLines(const Settings& settings) {
+  Lines lines;
   lines.push_back("Data file = " + DataFileName(settings));
   lines.push_back("Output file = " + settings.OutputFile);
   const auto addNamed = [&lines](std::string_view head, const std::string& name) {
@@ -337,7 +344,9 @@ void WriteTable1(Run& run) {
   SelectTable(console, 1);
   TableHeading(console, "Table 1. Specifications from file " +
                             InQuotes(analysis.settings.specificationFile));
-  WriteLines(console, HeadBlock(analysis));
+  WriteLines(console, TitleLines(analysis));
+  WriteComments(console, analysis.specification.IgnoredLines);
+  WriteLines(console, FileLines(analysis.settings));
   WriteLines(console, DataBlock(analysis.settings, analysis.design));
   WriteLines(console, ModelsBlock(analysis.design));
   WriteLines(console, OutputBlock(analysis.settings));

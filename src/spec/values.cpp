@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/expression.h"
+#include "spec/list_reading.h"
 
 namespace flanks {
 namespace {
@@ -16,7 +17,8 @@ float EvaluateValue(Console& console, std::string_view text) {
   const ExpressionValue result = EvaluateExpression(text);
   if (result.fault == ExpressionFault::none) return result.value;
   const bool tooMany = result.fault == ExpressionFault::tooManyValues;
-  console.ShowFlagged((tooMany ? "COMPUTE1: DEPTH 27+: " : "VLCOMPUTE: ") + std::string(text));
+  console.ShowFlagged((tooMany ? "COMPUTE1: DEPTH 27+: " : "VLCOMPUTE: ") +
+                      std::string(ShownPart(text)));
   EndProcess(kMalformedNumberExit);
 }
 

@@ -245,7 +245,7 @@ TEST(KeywordsPage, ExamplesAreTaken) {
       EXPECT_EQ(status.emphasis, Emphasis::normal) << row.keyword << ": " << status.text;
     EXPECT_EQ(CodeOf(row.examples.front()), CodeOf(row.keyword)) << row.keyword;
     EXPECT_TRUE(test.analysis.settings.Beep) << "behind " << row.keyword;
-    const std::size_t ignored = row.keyword == "Beep=" ? 1 : 0;  // the line behind repeats it
+    const int ignored = row.keyword == "Beep=" ? 1 : 0;  // the line behind repeats it
     EXPECT_EQ(test.analysis.specification.IgnoredLines.size(), ignored) << row.keyword;
   }
 }

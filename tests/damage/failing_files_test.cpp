@@ -9,6 +9,7 @@
 #include <system_error>
 #include <vector>
 
+#include "base/kept_lines.h"
 #include "base/positioned_file.h"
 #include "base/text_file.h"
 #include "base/text_work_file.h"
@@ -162,6 +163,30 @@ TEST(FailingTextWorkFile, AReadFailureIsTold) {
               "File read failure for " + file.name() + ": Input/output error");
   }
   EXPECT_TRUE(folder.empty());
+}
+
+TEST(FailingKeptLines, AFullDiskIsToldAndNothingIsLeft) {
+  const ScratchFolder folder;
+  {
+    FileFaultPlan plan;
+    plan.bytesThatFit = 100000;
+    KeptLines kept;
+    kept.Follow(&plan);
+    const std::string words = FailureOf([&] {
+      for (int i = 0; i < 100000; ++i) kept.Add(";; a comment");
+    });
+    EXPECT_EQ(words, "File write failure for " + folder.file(folder.names().front()) +
+                         ": No space left on device");
+  }
+  EXPECT_TRUE(folder.empty());
+}
+
+TEST(FailingKeptLines, AFileThatCannotBeMadeIsTold) {
+  const ScratchFolder folder;
+  setenv("TMPDIR", "/proc", 1);
+  KeptLines kept;
+  EXPECT_THAT(FailureOf([&] { kept.Add(std::string(KeptLines::kBytesInMemory + 1, ';')); }),
+              ::testing::StartsWith("File open failure for /proc/flanks-kept-"));
 }
 
 }  // namespace

@@ -47,6 +47,14 @@ struct SpecRun {
   }
 
   Fault fault() const { return analysis.reading.FaultCode; }
+  // What Table 1 is to show among the comments.
+  std::vector<std::string> IgnoredLines() {
+    KeptLines& kept = analysis.specification.IgnoredLines;
+    std::vector<std::string> lines;
+    std::string line;
+    for (kept.Rewind(); kept.Next(line);) lines.push_back(line);
+    return lines;
+  }
   // The line that reports the pending fault.
   std::string FaultText() const { return FaultLine(fault(), analysis.reading.fault); }
 };

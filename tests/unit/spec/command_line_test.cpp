@@ -131,7 +131,7 @@ TEST(ReadCommandLine, AnOutputNameGoesBeforeTheOneInTheFile) {
   test.process.commandLine = test.folder.file("s.txt") + " mine.txt";
   test.Do({ReadCommandLine, ApplyExtraSpecifications, ReadSpecification});
   EXPECT_EQ(test.analysis.settings.OutputFile, "mine.txt");
-  EXPECT_THAT(test.analysis.specification.IgnoredLines,
+  EXPECT_THAT(test.IgnoredLines(),
               ElementsAre("Duplicate specification ignored: Output=other.txt"));
 }
 
@@ -171,8 +171,7 @@ TEST(ApplyExtraSpecifications, RefuseLists) {
 TEST(ApplyExtraSpecifications, ARepeatedOneIsIgnored) {
   StepRun test("$ Title=a Title=b");
   EXPECT_EQ(test.analysis.settings.Title, "a");
-  EXPECT_THAT(test.analysis.specification.IgnoredLines,
-              ElementsAre("Duplicate specification ignored: Title=b"));
+  EXPECT_THAT(test.IgnoredLines(), ElementsAre("Duplicate specification ignored: Title=b"));
 }
 
 }  // namespace

@@ -112,7 +112,7 @@ TEST(Duplicates, ASecondOneInTheFileIsShownAndIgnored) {
   EXPECT_EQ(test.analysis.settings.Title, "One");
   EXPECT_THAT(test.shell.Screen(),
               HasSubstr("Duplicate specification ignored: Title=Two ; again\n"));
-  EXPECT_THAT(test.analysis.specification.IgnoredLines,
+  EXPECT_THAT(test.IgnoredLines(),
               ElementsAre("Duplicate specification ignored: Title=Two ; again"));
 }
 
@@ -122,7 +122,7 @@ TEST(Duplicates, AnExtraSpecificationTakesThePlaceOfTheFiles) {
   EXPECT_EQ(test.fault(), Fault::none) << test.FaultText();
   EXPECT_EQ(test.analysis.settings.Title, "New");
   EXPECT_EQ(test.analysis.design.FlankCount, 2);
-  EXPECT_EQ(test.analysis.specification.IgnoredLines.size(), 3u);
+  EXPECT_EQ(test.analysis.specification.IgnoredLines.size(), 3);
 }
 
 TEST(Duplicates, FlanksThatDisagreeAreAFaultAndThoseThatAgreeAreNot) {
@@ -184,7 +184,7 @@ TEST(Duplicates, AnEmptyDataAmongTheExtrasSaysNothing) {
 TEST(Duplicates, OneSettingUnderTwoNamesCountsOnce) {
   SpecRun test;
   test.Read("Flanks=2\nNoncenter=2\nCenter=1\n");
-  EXPECT_EQ(test.analysis.specification.IgnoredLines.size(), 1u);
+  EXPECT_EQ(test.analysis.specification.IgnoredLines.size(), 1);
 }
 
 TEST(Duplicates, EncodedAndSubstituteShareOneKeyword) {
@@ -192,7 +192,7 @@ TEST(Duplicates, EncodedAndSubstituteShareOneKeyword) {
   test.Read("UTF8encoded=Y\nUTF8sub=?\n");
   EXPECT_EQ(test.analysis.settings.UTF8enc, "Y");
   EXPECT_EQ(test.analysis.settings.UTF8sub, ".");
-  EXPECT_EQ(test.analysis.specification.IgnoredLines.size(), 1u);
+  EXPECT_EQ(test.analysis.specification.IgnoredLines.size(), 1);
 }
 
 TEST(Duplicates, ScalesMayComeAnyNumberOfTimes) {

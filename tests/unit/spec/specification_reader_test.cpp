@@ -81,11 +81,14 @@ struct Reading {
 Reading ReadAll(SpecRun& test, std::string_view text, BlankLines blankLines = BlankLines::skip) {
   SpecificationSource source;
   Reading reading;
+  KeptLines comments;
   const std::string name = test.folder.write("s.txt", text);
   reading.fault = source.Open(name, "Specification", name, test.console);
   std::string_view line;
-  while (source.NextSpecificationLine(test.console, blankLines, &reading.comments, line))
+  while (source.NextSpecificationLine(test.console, blankLines, &comments, line))
     reading.lines.emplace_back(line);
+  std::string comment;
+  for (comments.Rewind(); comments.Next(comment);) reading.comments.push_back(comment);
   reading.fault = source.fault();
   reading.faultText = source.faultText();
   reading.lineNumber = source.lineNumber();
