@@ -1,5 +1,6 @@
 #include "data/data_messages.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/text.h"
@@ -20,6 +21,33 @@ std::string Shown(std::string_view text) {
   std::size_t end = kLineShown;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
   return std::string(text.substr(0, end)) + "...";
+}
+
+// The parts of `line` between the characters of `separators`, empty ones left out.
+int PartsOf(std::string_view line, std::string_view separators) {
+  int parts = 0;
+  while (!line.empty()) {
+    const std::size_t end = std::min(line.find_first_of(separators), line.size());
+    parts += Trim(line.substr(0, end)).empty() ? 0 : 1;
+    line.remove_prefix(std::min(end + 1, line.size()));
+  }
+  return parts;
+}
+
+// Why a line has other fields than its writer may think, and the cure; "" when nothing is known.
+std::string_view SplitHint(std::string_view line, int fieldsNeeded) {
+  if (line.find(';') != std::string_view::npos && PartsOf(line, ";,=\t") >= fieldsNeeded)
+    return "  Is ; between fields here? It begins a comment: please separate fields by commas";
+  line = line.substr(0, line.find(';'));
+  if (PartsOf(line, ",=\t ") < fieldsNeeded) return "";
+  if (line.find_first_of(",=") != std::string_view::npos)
+    return "  This line holds commas (or =), so blanks and tabs separate nothing in it: please "
+           "separate all fields by commas";
+  if (line.find('\t') != std::string_view::npos)
+    return "  This line holds tabs, so blanks separate nothing in it: please separate all fields "
+           "by "
+           "commas";
+  return "";
 }
 
 }  // namespace
@@ -94,9 +122,11 @@ FaultParticulars DataMessages::ParticularsOf(const LineProblem& problem,
   particulars.text = Shown(place.original);
   particulars.name = PlaceText(problem.position, place);
   particulars.lineNumber = place.number;
+  const int fieldsNeeded = design_.FirstResponseField();
   switch (problem.fault) {
     case Fault::tooFewDataFields:
       particulars.number = design_.DataFlankCount;
+      particulars.addition = SplitHint(place.original, fieldsNeeded);
       break;
     case Fault::twoRanges:
       if (!settings_.Dvalues.empty()) particulars.addition = ": could be a problem in Dvalues=";
@@ -106,6 +136,8 @@ FaultParticulars DataMessages::ParticularsOf(const LineProblem& problem,
           JoinNumber(" \"" + Shown(problem.text) + "\" at flank location in data:",
                      problem.position) +
           "  Is this an element label? If so, Delements=LN";
+      if (problem.text.find(' ') != std::string_view::npos)
+        particulars.addition += SplitHint(place.original, fieldsNeeded);
       break;
     default:
       break;

@@ -122,9 +122,12 @@ bool DataPass::TickOver() {
 }
 
 void DataPass::Finish() {
-  if (!parts_.settings.labelsNobuild)
+  if (!parts_.settings.labelsNobuild) {
+    UnspecifiedElements& unspecified = resolver_.unspecified();
+    parts_.counts.UnspecifiedListCut = unspecified.cut();
     parts_.counts.UnspecifiedList =
-        resolver_.unspecified().Take(parts_.design.flanks, parts_.settings.NullElement);
+        unspecified.Take(parts_.design.flanks, parts_.settings.NullElement);
+  }
   FlushElementRecords(parts_.work);
   FlushResponseRecords(parts_.work);
 }

@@ -115,9 +115,8 @@ void WriteUnspecified(Run& run) {
     run.console.ShowLine(
         JoinNumber(" See Output Table 2 for list of", counts.UnspecifiedList.size()) +
         " elements not specified in Labels=");
-    for (const std::string& line :
-         UnspecifiedLines(counts, run.analysis.design.flanks, run.analysis.settings.NullElement))
-      run.console.WriteOutput(line);
+    WriteUnspecifiedList(run.console, counts, run.analysis.design.flanks,
+                         run.analysis.settings.NullElement);
   }
   counts.UnspecifiedList = {};
 }
@@ -171,28 +170,29 @@ void WriteTable2Body(Run& run) {
              TextAtFault(InQuotes(DataName(run.analysis.settings))));
 }
 
-std::vector<std::string> UnspecifiedLines(const DataCounts& counts, const FlankTable& flanks,
-                                          std::int64_t nullElement) {
-  std::vector<std::string> lines = {
+void WriteUnspecifiedList(Console& console, const DataCounts& counts, const FlankTable& flanks,
+                          std::int64_t nullElement) {
+  console.WriteOutput(
       "List of elements not specified in Labels=. Please copy and paste into your specification "
-      "file, where needed",
-      "Labels="};
+      "file, where needed");
+  console.WriteOutput("Labels=");
   FlankNo flank;
   for (const UnspecifiedElement& element : counts.UnspecifiedList) {
     if (element.flank != flank) {
-      if (flank.number() > 0) lines.emplace_back(" *");
+      if (flank.number() > 0) console.WriteOutput(" *");
       flank = element.flank;
-      lines.push_back(FlankLine(flanks, flank));
+      console.WriteOutput(FlankLine(flanks, flank));
     }
     std::string line = std::to_string(element.number);
     if (!element.text.empty()) line += " = " + element.text;
     if (element.number == nullElement)
       line += JoinNumber(" ; this element number is ignored, because Null=", nullElement);
-    lines.push_back(line);
+    console.WriteOutput(line);
   }
-  lines.emplace_back(" *");
-  lines.emplace_back(" *");
-  return lines;
+  console.WriteOutput(" *");
+  console.WriteOutput(" *");
+  if (counts.UnspecifiedListCut)
+    console.WriteOutput("; This list is full: the data hold more elements that are not in it.");
 }
 
 }  // namespace flanks

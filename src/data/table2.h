@@ -11,8 +11,7 @@
 #ifndef FLANKS_DATA_TABLE2_H
 #define FLANKS_DATA_TABLE2_H
 
-#include <string>
-#include <vector>
+#include <cstdint>
 
 #include "run/run.h"
 
@@ -23,9 +22,9 @@ void OpenWorkFiles(Run& run);
 void WriteTable2Head(Run& run);
 void WriteTable2Body(Run& run);  // fault: noUsableData
 
-// The list of elements that are not in `Labels=`, as a piece of a Specification.
-std::vector<std::string> UnspecifiedLines(const DataCounts& counts, const FlankTable& flanks,
-                                          std::int64_t nullElement);
+// Writes the list of elements that are not in `Labels=`, as a piece of a Specification.
+void WriteUnspecifiedList(Console& console, const DataCounts& counts, const FlankTable& flanks,
+                          std::int64_t nullElement);
 
 }  // namespace flanks
 

@@ -46,6 +46,7 @@ struct DataCounts {
   CountedEvent UnspecifiedResponses, UnmatchedResponses;
   Column<ModelRow, std::int64_t> ModelCounter;
   std::vector<UnspecifiedElement> UnspecifiedList;
+  bool UnspecifiedListCut = false;  // the data hold more of them
   Column<FlankNo, std::uint8_t> flankLookedUp;  // an element of the Flank was ever looked for
 };
 

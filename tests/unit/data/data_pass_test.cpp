@@ -10,6 +10,7 @@ namespace flanks {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
@@ -73,6 +74,42 @@ TEST(DataPass, TooFewFieldsEndTheRunWithTheLine) {
   EXPECT_THAT(run.Fault(), StartsWith("1,1 Data line in "));
   EXPECT_THAT(run.Fault(), HasSubstr("s.txt line: 15 is: "));
   EXPECT_THAT(run.Fault(), HasSubstr(": 15 in line Error F27"));
+}
+
+TEST(DataPass, ALineSplitOtherwiseThanItsWriterThoughtIsToldSo) {
+  constexpr const char* kCommas =
+      "  This line holds commas (or =), so blanks and tabs separate nothing in it: please separate "
+      "all fields by commas: 1 in line ";
+  constexpr const char* kTabs =
+      "  This line holds tabs, so blanks separate nothing in it: please separate all fields by "
+      "commas: 1 in line ";
+  constexpr const char* kNone = "comments with ;: 1 in line ";
+  const struct {
+    const char* line;
+    const char* hint;
+    const char* code;
+  } cases[] = {
+      {"1;2;3", "comments with ;  Is ; between fields here?", "F27"},
+      {"1,2;3", "It begins a comment: please separate fields by commas: 1 in line ", "F27"},
+      {"1,2 3", kCommas, "F27"},
+      {"1,2\t3", kCommas, "F27"},
+      {"1=2 3", kCommas, "F27"},
+      {"1\t2 3", kTabs, "F27"},
+      {"1,2", kNone, "F27"},
+      {"1 2", kNone, "F27"},
+      {"1\t2", kNone, "F27"},
+      {"1 2 ; a comment", kNone, "F27"},
+      {"1 2\t1\t3", "If so, Delements=LN  This line holds tabs, so blanks separate nothing",
+       "F231"},
+      {"1 2,1,3", "If so, Delements=LN  This line holds commas (or =), so blanks", "F231"},
+      {"x,1,3", "If so, Delements=LN: 1 in line ", "F231"},
+  };
+  for (const auto& c : cases) {
+    PersonsAndItems run;
+    run.Read(std::string(c.line) + "\n");
+    EXPECT_THAT(run.Fault(), HasSubstr(c.hint)) << c.line;
+    EXPECT_THAT(run.Fault(), EndsWith(std::string("Error ") + c.code)) << c.line;
+  }
 }
 
 TEST(DataPass, AnInvalidElementNumberEndsTheRunWithItsPlaceAndACure) {

@@ -206,7 +206,7 @@ TEST(Table2, QueryShowsTheStatementsWithAllTheirFields) {
   EXPECT_THAT(test.Report(), Not(HasSubstr("active model statement")));
 }
 
-TEST(UnspecifiedLines, AreAPieceOfASpecification) {
+TEST(UnspecifiedList, IsAPieceOfASpecification) {
   DataRun test;
   test.Flank({{1, "a"}});
   const FlankNo raters = test.Flank({{1, "a"}});
@@ -215,12 +215,17 @@ TEST(UnspecifiedLines, AreAPieceOfASpecification) {
   test.design().flanks.FlankWeight[raters] = 2.0f;
   test.design().flanks.FlankName[FlankNo(1)] = "";
   test.counts().UnspecifiedList = {{FlankNo(1), 0, "0"}, {FlankNo(1), 7, ""}, {raters, 12, "zz"}};
-  EXPECT_THAT(UnspecifiedLines(test.counts(), test.design().flanks, 0),
-              ElementsAre("List of elements not specified in Labels=. Please copy and paste into "
-                          "your specification file, where needed",
-                          "Labels=", "1, 1,  , ; flank 1",
-                          "0 = 0 ; this element number is ignored, because Null= 0", "7", " *",
-                          "2, Raters,  A,2 ; flank 2", "12 = zz", " *", " *"));
+  WriteUnspecifiedList(test.console, test.counts(), test.design().flanks, 0);
+  const std::string list =
+      "List of elements not specified in Labels=. Please copy and paste into your specification "
+      "file, where needed\nLabels=\n1, 1,  , ; flank 1\n"
+      "0 = 0 ; this element number is ignored, because Null= 0\n7\n *\n"
+      "2, Raters,  A,2 ; flank 2\n12 = zz\n *\n *\n";
+  EXPECT_EQ(test.Report(), list);
+  test.counts().UnspecifiedListCut = true;
+  WriteUnspecifiedList(test.console, test.counts(), test.design().flanks, 0);
+  EXPECT_EQ(test.Report(),
+            list + list + "; This list is full: the data hold more elements that are not in it.\n");
 }
 
 }  // namespace

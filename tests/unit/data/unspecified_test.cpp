@@ -48,5 +48,40 @@ TEST(UnspecifiedElements, LabelsAreNumberedBehindTheFlankInOrderOfAppearance) {
               ElementsAre("1:4=zz", "1:5=5", "1:6=aa", "2:2=zz"));  // 1 is the null element
 }
 
+TEST(UnspecifiedElements, ManyAreKeptOnceWhateverTheirOrder) {
+  UnspecifiedElements elements;
+  const int count = 5000;
+  for (int round = 0; round < 2; ++round)
+    for (int i = 0; i < count; ++i) {
+      elements.AddNumber(FlankNo(1), i * 2654435761LL % 1000003, "n");
+      elements.AddLabel(FlankNo(2), "label " + std::to_string(i));
+    }
+  const std::vector<UnspecifiedElement> list = elements.Take(Flanks(), -1);
+  ASSERT_EQ(list.size(), 2u * count);  // 1,000,003 is a prime: all these numbers differ
+  for (std::size_t i = 1; i < list.size(); ++i) EXPECT_LT(list[i - 1], list[i]);
+  EXPECT_EQ(list[count], (UnspecifiedElement{FlankNo(2), 1, "label 0"}));
+  EXPECT_EQ(list.back(), (UnspecifiedElement{FlankNo(2), count, "label 4999"}));
+  EXPECT_FALSE(elements.cut());
+}
+
+TEST(UnspecifiedElements, AFullListTakesNoMoreAndSaysSo) {
+  UnspecifiedElements few({.elements = 2});
+  few.AddNumber(FlankNo(1), 9, "9");
+  few.AddLabel(FlankNo(2), "zz");
+  EXPECT_FALSE(few.cut());
+  few.AddNumber(FlankNo(1), 9, "9");
+  EXPECT_FALSE(few.cut()) << "it is there";
+  few.AddNumber(FlankNo(1), 8, "8");
+  EXPECT_TRUE(few.cut());
+  EXPECT_THAT(Texts(few.Take(Flanks(), 0)), ElementsAre("1:9=9", "2:1=zz"));
+
+  UnspecifiedElements bytes({.textBytes = 5});
+  bytes.AddLabel(FlankNo(1), "abc");
+  bytes.AddLabel(FlankNo(1), "def");
+  EXPECT_TRUE(bytes.cut());
+  bytes.AddLabel(FlankNo(1), "gh");
+  EXPECT_THAT(Texts(bytes.Take(Flanks(), 0)), ElementsAre("1:4=abc", "1:5=gh"));
+}
+
 }  // namespace
 }  // namespace flanks
