@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/parse_integer.h"
@@ -65,7 +66,8 @@ class LabelLoader {
   const Settings& settings_;
   FormerRun& former_;
   TextWorkFile& file_;
-  FlankNo flank_;  // of the block at work
+  FlankNo flank_;       // of the block at work
+  FlankNo nullWarned_;  // the last Flank with Warning (16)
   Column<FlankNo, std::uint8_t> flankSeen_;
   std::vector<NumberRange> ranges_;
   std::int64_t numbers_ = 0;  // in ranges_
@@ -157,11 +159,14 @@ void LabelLoader::ReadNumber(const LabelLine& line) {
     WarnOfNullElement(line);
 }
 
-// The null element gets no slot; its label is kept.
+// The null element gets no slot; its label is kept.  Said once for a Flank, however often its lines
+// hold the number.
 void LabelLoader::WarnOfNullElement(const LabelLine& line) {
-  console_.ShowLine("");
-  console_.WarnLine(JoinNumber(message::kNullElement, settings_.NullElement) +
-                    JoinNumber(" is specified in Labels= for flank", flank_.number()));
+  if (std::exchange(nullWarned_, flank_) != flank_) {
+    console_.ShowLine("");
+    console_.WarnLine(JoinNumber(message::kNullElement, settings_.NullElement) +
+                      JoinNumber(" is specified in Labels= for flank", flank_.number()));
+  }
   if (!line.fields[kLabelField].empty())
     design_.flanks.FlankNullLabel[flank_] = line.fields[kLabelField];
 }

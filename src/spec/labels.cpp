@@ -45,7 +45,7 @@ void CopyLabels(SpecContext& context) {
   if (context.design.FlankCount == 0) return SetSpecificationFault(reading, Fault::flanksFirst);
   if (context.state.labelsLine != 0) return SetSpecificationFault(reading, Fault::labelsTwice);
   context.state.labelsLine = reading.LineNumber;
-  TextWorkFile& file = OpenListFile(context.work.labelsFile, "labels", "CopyLabels", reading);
+  TextWorkFile& file = OpenListFile(context, context.work.labelsFile, "labels", "CopyLabels");
   file.WriteLine(LabelRecord(FirstLine(context), reading.LineNumber));
   bool lastWasStar = false;
   while (FetchText(context) && BelongsToLabels(reading.CurrentLine)) {

@@ -1,11 +1,10 @@
 #include "spec/list_reading.h"
 
 #include <cstddef>
-#include <system_error>
 #include <utility>
 
-#include "base/program_fault.h"
 #include "base/text.h"
+#include "run/work_files.h"
 #include "spec/specification_reader.h"
 
 namespace flanks {
@@ -50,16 +49,9 @@ void SetPlacelessFault(ReadState& reading, Fault fault, std::string_view text) {
   SetFault(reading, fault, std::move(particulars));
 }
 
-TextWorkFile& OpenListFile(std::unique_ptr<TextWorkFile>& file, std::string_view title,
-                           std::string_view caller, const ReadState& reading) {
-  if (file) return *file;
-  auto created = std::make_unique<TextWorkFile>();
-  if (const std::error_code error = created->Create(title, "txt")) {
-    throw ProgramFault("File open failure for " + created->name() + " in " + std::string(caller) +
-                       " at or near line " + std::to_string(reading.LineNumber) + " is code " +
-                       std::to_string(error.value()) + ": " + error.message() + ".");
-  }
-  file = std::move(created);
+TextWorkFile& OpenListFile(SpecContext& context, std::unique_ptr<TextWorkFile>& file,
+                           std::string_view title, std::string_view caller) {
+  if (!file) file = OpenTextWorkFile(context.work, title, caller, context.reading.LineNumber);
   return *file;
 }
 

@@ -38,8 +38,8 @@ void SetPlacelessFault(ReadState& reading, Fault fault, std::string_view text = 
 
 // The text work file of a list, made when it is not there yet.  `caller` is named when that fails,
 // which ends the run.
-TextWorkFile& OpenListFile(std::unique_ptr<TextWorkFile>& file, std::string_view title,
-                           std::string_view caller, const ReadState& reading);
+TextWorkFile& OpenListFile(SpecContext& context, std::unique_ptr<TextWorkFile>& file,
+                           std::string_view title, std::string_view caller);
 
 }  // namespace flanks
 

@@ -20,6 +20,7 @@ namespace {
 constexpr std::string_view kDefaultWeight = "1";
 constexpr std::string_view kDefaultReference = "?$";
 constexpr std::string_view kDefaultType = "D";
+constexpr std::int32_t kMostStatements = 100000;  // each is looked at for many a response
 
 // ---- Models=
 
@@ -59,6 +60,8 @@ void SetWeightFault(ReadState& reading, std::string_view weight) {
 void KeepStatement(SpecContext& context, TextWorkFile& file) {
   ReadState& reading = context.reading;
   Design& design = context.design;
+  if (design.ModelLast + 1 >= kMostStatements)
+    return SetSpecificationFault(reading, Fault::tooManyModels);
   if (reading.FieldCount < design.ModelTypeField())
     return SetNumberedFault(reading, Fault::tooFewModelFields, design.ModelFlankCount);
   if (reading.FieldCount > design.ModelMaxFields())
@@ -228,7 +231,7 @@ void ReadModels(SpecContext& context) {
   if (context.design.FlankCount == 0) return SetSpecificationFault(reading, Fault::flanksFirst);
   MakeDefaultMaps(context.design);
   TextWorkFile& file =
-      OpenListFile(context.work.statementsFile, "statements", "ReadModels", reading);
+      OpenListFile(context, context.work.statementsFile, "statements", "ReadModels");
   if (reading.FieldCount == 0) FetchStatementLine(context);
   while (!StatementsEnd(context)) {
     KeepStatement(context, file);

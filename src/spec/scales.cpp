@@ -232,8 +232,7 @@ void ReadRatingScale(SpecContext& context) {
   if (context.state.ReadingExtras) return SetSpecificationFault(reading, Fault::extraInvalid);
   if (context.design.FlankCount == 0) return SetSpecificationFault(reading, Fault::flanksFirst);
   ForgetSeen(context.state, keyword_code::kRatingScale);  // it may come any number of times
-  TextWorkFile& file =
-      OpenListFile(context.work.scaleFile, "scales", "ReadRatingScale", context.reading);
+  TextWorkFile& file = OpenListFile(context, context.work.scaleFile, "scales", "ReadRatingScale");
   ++context.design.ScaleLast;
   DefinitionReader reader;
   ReadHead(context, reader);

@@ -186,6 +186,17 @@ TEST(Labels, NullElementGetsNoSlotButAWarning) {
   EXPECT_FALSE(none.shows("Warning (16)"));
 }
 
+TEST(Labels, TheNullElementIsWarnedOfOnceForAFlank) {
+  SpecBench bench(TwoFlanks("2,Items\n0=None\n0=Nobody\n1=a\n*\n1,Persons\n0-1=b\n*\n"));
+  const std::string screen = bench.screen();
+  for (const std::string flank : {"flank 1\n", "flank 2\n"}) {
+    const std::string warning = "Warning (16)! Null element 0 is specified in Labels= for " + flank;
+    EXPECT_NE(screen.find(warning), std::string::npos) << flank;
+    EXPECT_EQ(screen.find(warning), screen.rfind(warning)) << flank;
+  }
+  EXPECT_EQ(bench.flanks().FlankNullLabel[FlankNo(2)], "Nobody");
+}
+
 TEST(Labels, FlankWithoutNameHasItsNumberAsName) {
   SpecBench bench(TwoFlanks("2,,x y\n1=a\n*\n"));
   EXPECT_EQ(bench.flanks().FlankName[FlankNo(2)], "2");

@@ -83,6 +83,18 @@ TEST(ReadModels, RefusesAStatementWithItsLine) {
   }
 }
 
+TEST(ReadModels, TakesAHundredThousandStatementsAndNoMore) {
+  constexpr int kMost = 100000;
+  std::string statements = "Models=\n";
+  for (int i = 0; i < kMost; ++i) statements += "?,?,R5\n";
+  SpecBench most(Specification(statements + "*\n"), SpecBench::Through::reading);
+  EXPECT_EQ(most.fault(), Fault::none) << most.faultText();
+  EXPECT_EQ(most.design().ModelLast + 1, kMost);
+  SpecBench more(Specification(statements + "?,?,R5\n*\n"), SpecBench::Through::reading);
+  EXPECT_EQ(more.faultText(),
+            "?,?,R5 Specification is: Too many Models= specified: 100003 in line Error F53");
+}
+
 TEST(ReadModels, NeedsFlanksFirst) {
   SpecBench bench("Models=?,?,R5\n");
   EXPECT_EQ(bench.fault(), Fault::flanksFirst);
