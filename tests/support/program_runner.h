@@ -27,7 +27,9 @@ struct ProgramCall {
   std::chrono::milliseconds timeLimit{60'000};     // for the whole run
   std::string interruptAt;  // Ctrl+C as soon as standard output holds this text; empty: never
   std::optional<std::uint64_t> fileSizeLimit;  // bytes; a longer write fails, as on a full disk
-  std::optional<std::uint64_t> memoryLimit;  // bytes of address space; not for a sanitized program
+  // Bytes of address space: what asks for more gets none.  Not for a program under the address
+  // sanitizer.  Unlike the peak it does not depend on the size of the process that calls.
+  std::optional<std::uint64_t> memoryLimit;
 };
 
 struct ProgramResult {
