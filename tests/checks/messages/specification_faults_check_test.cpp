@@ -112,6 +112,15 @@ TEST(FaultMessages, OfModels) {
   }
 }
 
+TEST(FaultMessages, OfStatementsWithoutEnd) {
+  std::string list = "Models=";
+  for (int i = 0; i <= 100'000; ++i) list += "\n?,?,R5";
+  MessageCase c{"100,001 statements", Changed(3, list)};
+  // The list begins behind line 3, and its last statement is one too many.
+  c.screen = {"?,?,R5" + kIs + "Too many Models= specified: 100004 in line Error F53"};
+  CheckFaultCase(c, FLANKS_PROGRAM);
+}
+
 TEST(FaultMessages, OfScales) {
   CheckAll({
       {"an unknown type",

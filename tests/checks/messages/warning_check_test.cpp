@@ -60,6 +60,10 @@ TEST(WarningMessages, OfNoLabelsAtAll) {
 }
 
 TEST(WarningMessages, OfTheEstimation) {
+  // Ann and Bob have met i1 alone, Cy i2 alone.
+  ExpectWarning("(6) parts that nothing connects",
+                WithData("1,1,3\n1,1,2\n2,1,4\n2,1,1\n3,2,2\n3,2,4"),
+                "Warning (6)! There may be 2 disjoint subsets");
   ExpectWarning("(1) an estimate beyond Hardware=", Added(1, "Hardware=.2\nIterations=5"),
                 "Warning (1)! Estimate out of range!  Flank 1 Element 1");
   ExpectWarning("(7) no floating Flank", Added(1, "Noncenter=0"),
