@@ -221,7 +221,7 @@ TEST(ElementLine, NamesTheSubsetBehindTheLabel) {
   EXPECT_EQ(one.Line(), plain);  // the element is in no subset
   one.analysis.subsets.numbers = {2};
   one.analysis.subsets.begin[ElementSlot(2)] = 1;
-  EXPECT_EQ(one.Line(), plain.substr(0, plain.find("Ann")) + "Ann in subset: 2" + " |");
+  EXPECT_EQ(one.Line(), plain.substr(0, plain.find("Ann")) + "Ann in subset: 2|");
 }
 
 TEST(ElementLine, ASubsetWithoutRoomInTheFieldStandsBehindTheRow) {

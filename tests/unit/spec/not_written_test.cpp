@@ -43,7 +43,7 @@ TEST(NotWritten, IsToldByName) {
       {"Simulated=d.txt", "The file of simulated data (Simulated=)"},
       {"Vertical=1*", "Table 6, the rulers (Vertical=, Yardstick=),"},
       {"Tables=000001", "Table 6, the rulers (Vertical=, Yardstick=),"},
-      {"Glabel=1,2,x", "A summary of element groups (Labels=, Glabel=)"},
+      {"Glabel=1,2,x", "A summary of groups (Glabel=)"},
       {"T8NBC=N", "Table 8, the categories of the scales (Barchart=, T8NBC=),"},
       {"Unexpected=2", "Table 4, the unexpected responses (T4MAX=, Unexpected=, Usort=),"},
       {"Zscore=1", "The set of bias Tables, 9 to 14 (B in Models=, Zscore=),"},
