@@ -95,6 +95,7 @@ class Loop {
   void WarnOutOfRange(ElementSlot element);
   void ControlSpeed(const LargestChanges& before);
   bool GoesOn();
+  void TellOfManyIterations();
   StepControl ControlNow() const;
 
   Run& run_;
@@ -117,6 +118,7 @@ class Loop {
   // As this iteration began: a key acts at the next one.
   float newtonStep_ = 0.0f;
   float speedFactor_ = 1.0f;
+  std::int64_t tellAt_ = 1000;  // the iteration at which the user is told that there are many
   bool firstPass_ = true;
   bool endProx_ = false;  // the switch that ends PROX at the next iteration
   bool constraintsWarned_ = false;
@@ -170,7 +172,9 @@ bool Loop::Iteration() {
   FinishSubsets();
   firstPass_ = false;
   state_.SecantDelta = std::max(kSmallestSecantDelta, std::abs(state_.changes.MaxLogitChange));
-  return GoesOn() && !console_.YieldToWindow() && !console_.finishRequested();
+  if (!GoesOn()) return false;
+  TellOfManyIterations();
+  return !console_.YieldToWindow() && !console_.finishRequested();
 }
 
 // A fault, told when the iteration has been reported.
@@ -286,6 +290,16 @@ bool Loop::GoesOn() {
   if (!LimitReached(state_, estimates_.control.IterationLimit)) return going;
   limitReached_ = going;
   return false;
+}
+
+// Nothing ends a loop that does not converge, as a design without an origin may not: it is only
+// told, at the 1,000th iteration, the 10,000th and so on.
+void Loop::TellOfManyIterations() {
+  if (state_.IterationNumber != tellAt_) return;
+  tellAt_ *= 10;
+  console_.ShowFlagged(JoinNumber("No convergence after", state_.IterationNumber) +
+                       " iterations. Iterations= limits their number, Convergence= says how close "
+                       "they are to come");
 }
 
 }  // namespace

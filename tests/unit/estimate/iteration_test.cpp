@@ -2,6 +2,7 @@
 #include "estimate/iteration.h"
 
 #include <cmath>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -9,6 +10,9 @@
 
 namespace flanks {
 namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 // Six persons by four items, ratings 0 to 2, nobody extreme.
 constexpr const char* kData =
@@ -171,6 +175,22 @@ TEST(Iterate, TheLimitIsSaidBelowTheBox) {
   const std::string report = Loop("Iterations=5\nConvergence=.0000001,.0000001").Report();
   const std::size_t rule = report.rfind("+-----", report.find("Table 7.1.1"));
   EXPECT_LT(rule, report.find("'Iterations=5' reached."));
+}
+
+// The persons take no part, so that no Flank floats and the two items have no origin.
+TEST(Iterate, ManyIterationsAreToldOnTheScreen) {
+  constexpr const char* kNoOrigin =
+      "Flanks=2\nModels=X,?,R5\nLabels=\n1,Persons\n1-3=p\n*\n2,Items\n1-2=i\n*\n"
+      "Data=\n1,1,3\n1,2,4\n2,1,1\n2,2,4\n3,1,2\n3,2,5\n";
+  const std::string told = "No convergence after 1000 iterations. Iterations= limits their number";
+  AnalysisRun few;
+  few.Analyze(kNoOrigin, "Iterations=1000");
+  EXPECT_THAT(few.Screen(), Not(HasSubstr(told)));
+  AnalysisRun many;
+  many.Analyze(kNoOrigin, "Iterations=1100");
+  EXPECT_EQ(Occurrences(many.Screen(), "No convergence after"), 1u);
+  EXPECT_THAT(many.Screen(), HasSubstr(told));
+  EXPECT_THAT(many.Report(), Not(HasSubstr(told)));
 }
 
 TEST(Iterate, CtrlFEndsItAtTheNextCleanStateAndTheRunGoesOn) {
