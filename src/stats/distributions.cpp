@@ -49,7 +49,39 @@ double PeizerPrattDeviate(double chiSquared, double degreesOfFreedom) {
          std::abs(chiSquared - n);
 }
 
+// The sum of the series in powers of c, the squared cosine of the angle, behind its first term.
+// Abramowitz and Stegun 26.7.3 (odd) and 26.7.4 (even degrees of freedom).
+double SeriesOf(double first, double c, double from, double degreesOfFreedom) {
+  double term = first, sum = first;
+  for (double k = from; k <= degreesOfFreedom - 2.0; k += 2.0) {
+    term *= c * (k - 1.0) / k;
+    if (sum + term == sum) break;  // what follows is smaller still
+    sum += term;
+  }
+  return sum;
+}
+
 }  // namespace
+
+double StudentTProbability(double t, double degreesOfFreedom) {
+  if (!(degreesOfFreedom >= 1.0)) return 0.0;
+  constexpr double kOneOverPi = 0.3183098862;
+  constexpr double kLongestSeries = 10000.0;
+  const double df = std::floor(degreesOfFreedom);
+  if (df > kLongestSeries) {  // as good as normal; Abramowitz and Stegun 26.7.8
+    return NormalTail(t * (1.0 - 1.0 / (4.0 * df)) / std::sqrt(1.0 + t * t / (2.0 * df)));
+  }
+  const double angle = std::atan(std::abs(t) / std::sqrt(df));
+  const double sine = std::sin(angle), cosine = std::cos(angle);
+  double inside = 0.0;  // the probability of a value nearer to 0
+  if (std::fmod(df, 2.0) == 0.0) {
+    inside = sine * SeriesOf(1.0, cosine * cosine, 2.0, df);
+  } else {
+    const double sum = df > 1.0 ? sine * SeriesOf(cosine, cosine * cosine, 3.0, df) : 0.0;
+    inside = 2.0 * kOneOverPi * (angle + sum);
+  }
+  return std::clamp(1.0 - inside, 0.0, 1.0);
+}
 
 double NormalTail(double x) {
   const double error = ErrorFunction(std::abs(x) / std::numbers::sqrt2);

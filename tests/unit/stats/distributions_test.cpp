@@ -1,6 +1,7 @@
 #include "stats/distributions.h"
 
 #include <array>
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace flanks {
@@ -113,6 +114,45 @@ TEST(ChiSquareProbability, FallsWithTheValueAndStaysBetweenZeroAndOne) {
       last = probability;
     }
   }
+}
+
+// Percentage points as every published table of Student's t has them, with three decimals: half a
+// unit of the last of them moves the probability by less than .0003.
+struct StudentCase {
+  double t, degreesOfFreedom, probability, tolerance;
+};
+constexpr StudentCase kStudentCases[] = {
+    {12.706, 1, 0.05, 1E-5}, {63.657, 1, 0.01, 1E-6},  {4.303, 2, 0.05, 1E-4},
+    {9.925, 2, 0.01, 1E-5},  {3.182, 3, 0.05, 1E-4},   {5.841, 3, 0.01, 1E-5},
+    {2.571, 5, 0.05, 1E-4},  {4.032, 5, 0.01, 1E-5},   {2.228, 10, 0.05, 1E-4},
+    {3.169, 10, 0.01, 1E-5}, {2.131, 15, 0.05, 1E-4},  {2.042, 30, 0.05, 1E-4},
+    {2.750, 30, 0.01, 1E-4}, {1.980, 120, 0.05, 1E-4}, {2.617, 120, 0.01, 1E-4},
+    {0.0, 7, 1.0, 0.0},      {-2.228, 10, 0.05, 1E-4}, {0.700, 10, 0.50, 1E-3},
+};
+
+TEST(StudentTProbability, IsThatOfThePublishedTables) {
+  for (const StudentCase& c : kStudentCases)
+    EXPECT_NEAR(StudentTProbability(c.t, c.degreesOfFreedom), c.probability, c.tolerance)
+        << "t " << c.t << ", d.f. " << c.degreesOfFreedom;
+}
+
+// One degree of freedom: the arctangent; two: t / sqrt(t^2 + 2).
+TEST(StudentTProbability, HasClosedFormsAtOneAndTwo) {
+  EXPECT_NEAR(StudentTProbability(1.0, 1), 0.5, 1E-9);
+  EXPECT_NEAR(StudentTProbability(1.0, 2), 1.0 - 1.0 / std::sqrt(3.0), 1E-12);
+  EXPECT_NEAR(StudentTProbability(1.0, 2.9), 1.0 - 1.0 / std::sqrt(3.0), 1E-12);
+}
+
+TEST(StudentTProbability, IsBoundedAndApproachesTheNormal) {
+  EXPECT_EQ(StudentTProbability(3.0, 0.5), 0.0);
+  EXPECT_EQ(StudentTProbability(3.0, 0.0), 0.0);
+  for (const double df : {1.0, 2.0, 7.0, 1E6, 1E15})
+    for (const double t : {0.0, 1E-9, 1.0, 99.99, 1E30}) {
+      EXPECT_GE(StudentTProbability(t, df), 0.0);
+      EXPECT_LE(StudentTProbability(t, df), 1.0);
+    }
+  EXPECT_NEAR(StudentTProbability(1.96, 1000001), 0.049996, 1E-6);
+  EXPECT_NEAR(StudentTProbability(2.5758, 1000000), 0.010001, 1E-6);
 }
 
 }  // namespace
