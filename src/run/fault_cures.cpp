@@ -65,6 +65,7 @@ constexpr std::array kCures = {
             "statements have."},
     CureRow{Fault::missingQuote, "Put a quote mark behind the name as well."},
     CureRow{Fault::fileNotFoundInBatch, kCheckName},
+    CureRow{Fault::tooManyModels, "Let a statement stand for more elements, with ? or a range."},
     CureRow{Fault::requiredFileNotFound,
             "Save the data as a text file with commas between the fields."},
     CureRow{Fault::dvaluesField, "Name a position of the data line, and columns from 1 on."},
