@@ -42,7 +42,8 @@ Projected ProjectThresholds(ScaleRow scale, float speedFactor, float tiny,
       gap = 1;
       base = previous;
     } else if (here.observed > 0.0) {
-      // Category 0 has observations, so that a gap has a base below it.
+      // An anchored category keeps its place without observations.  Where such stand lowest, a gap
+      // has no base below it, and the threshold holds.
       if (base.observed > 0.0)
         moved = threshold + speedFactor * Jump(base, here, tiny) / std::max(gap, 1);
     } else {

@@ -186,6 +186,12 @@ INSTANTIATE_TEST_SUITE_P(
                   {Rating({{1, -1.5}, {2, 0.25}, {3, 1.75}})},
                   {{3, 1.0, {2}}},
                   "Models=?,?,A\nRating scale=A,R3\n1=low,-1.5,A\n2=mid,.25,A\n3=high,1.75,A\n*\n"},
+        ScalePlan{
+            "AnchoredThresholdOfEachSpecificScale",
+            {40, 6, 2},
+            {Rating({{1, -1.5}}), Rating({{1, -1.5}})},
+            kThree,
+            "Models=\n?,1-3,?,S\n?,4-6,?,S\n*\nRating scale=S,R3,Specific\n1=low,-1.5,A\n*\n"},
         ScalePlan{"StartingThresholds",
                   {40, 6},
                   std::vector<StructurePlan>(1),

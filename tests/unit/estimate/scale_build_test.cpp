@@ -143,6 +143,15 @@ TEST(BuildScales, AnAnchoredCategoryHasItsPlaceWithoutData) {
   EXPECT_EQ(one.Flag(3), kCategorySkipped);
 }
 
+// Two categories in the data: no step moves their threshold from where it starts.
+TEST(BuildScales, AStartingThresholdOfTwoCategoriesIsTheirs) {
+  OneScale one(ScaleType::rating, 5, {1, 4});
+  one.Define({Valued(4, .5f)});
+  EXPECT_EQ(one.Top(), 1);
+  EXPECT_EQ(one.Threshold(1), .5f);
+  EXPECT_EQ(one.Flag(1), kCategoryFree);
+}
+
 TEST(BuildScales, AnAnchorWithoutAValueIsAtTheStart) {
   ScaleCategory anchored;
   anchored.number = 2;

@@ -76,6 +76,19 @@ TEST(ThresholdStep, TwoEmptyCategoriesShareOneJump) {
   ExpectThresholds(scales, {t1 - mean, -.5 - mean, .5 - mean, t4 - mean});
 }
 
+// The lowest category is anchored and has no observations: nothing stands below the gap.
+TEST(ThresholdStep, AGapWithoutABaseHoldsItsThreshold) {
+  ScaleTables scales = OneScale({-1, 0, 1}, {0, 20, 30, 15}, {3, 18, 28, 16});
+  scales.CategoryFlag.at(kScale, 0) = kCategoryAnchored;
+  LargestChanges changes;
+  ThresholdStep(kScale, 1.0f, kTiny, scales, changes);
+  // T(2) = ln(20/30) + ln(28/18), T(3) = 1 + ln(30/15) + ln(16/28); all are free, and centered.
+  const double t2 = std::log(20.0 / 30.0) + std::log(28.0 / 18.0);
+  const double t3 = 1.0 + std::log(30.0 / 15.0) + std::log(16.0 / 28.0);
+  const double mean = (-1.0 + t2 + t3) / 3.0;
+  ExpectThresholds(scales, {-1.0 - mean, t2 - mean, t3 - mean});
+}
+
 TEST(ThresholdStep, TheSpeedFactorScalesTheMove) {
   ScaleTables scales = OneScale({0, 0, 0}, {10, 20, 30, 15}, {12, 18, 28, 17});
   LargestChanges changes;
