@@ -124,10 +124,7 @@ void ExpectEveryKindEnds(std::size_t megabytes, bool print) {
     const std::size_t bytes = megabytes * kMegabyte;
     const Ended ended = RunIn(sandbox, kFlatBytes + kind.bytesOfEachByte * bytes);
     ExpectFault(ended.result, sandbox, megabytes < 100 ? kind.fault : kind.faultOfHundred);
-    if (print)
-      std::cout << megabytes << " MB, " << kind.name << ": " << ended.seconds
-                << " s
-                   ";
+    if (print) std::cout << megabytes << " MB, " << kind.name << ": " << ended.seconds << " s\n";
   }
 }
 
@@ -191,8 +188,7 @@ void ExpectEveryLineEnds(std::size_t megabytes, bool print) {
     }
     if (print)
       std::cout << "a line of " << megabytes << " MB, " << line.name << ": " << ended.seconds
-                << " s
-                   ";
+                << " s\n";
   }
 }
 
