@@ -28,6 +28,8 @@ namespace {
 
 constexpr float kSmallestSecantDelta = 0.1f;  // logits
 constexpr float kProxIsEnough = 0.9f;         // logits: smaller changes leave PROX
+// A measure that has been held at the limit of the exponents so long does not come back.
+constexpr int kMostOutOfRange = 1000;  // iterations in a row
 
 // Every element to its start: in play, at its anchor or starting value.  An element with a target
 // is held like an anchored one, at the measure of its target.
@@ -124,6 +126,7 @@ class Loop {
   bool constraintsWarned_ = false;
   bool outOfRangeWarned_ = false;  // in this iteration
   bool limitReached_ = false;      // `Iterations=` stopped the loop before it had converged
+  int outOfRangeInARow_ = 0;       // iterations that ended with an estimate held at its limit
 };
 
 void Loop::RunIterations() {
@@ -136,6 +139,9 @@ void Loop::RunIterations() {
   if (limitReached_)
     console_.WarnLine("'Iterations=" + std::to_string(estimates_.control.IterationLimit) +
                       "' reached.  'Iterations=0' removes limit");
+  if (outOfRangeInARow_ >= kMostOutOfRange)
+    console_.WarnLine(JoinNumber("Iterations ended: estimates were out of range in the last",
+                                 outOfRangeInARow_));
   if (!Halted(run_)) state_.EstimationPhase = kPhaseFinished;
 }
 
@@ -287,6 +293,8 @@ void Loop::ControlSpeed(const LargestChanges& before) {
 bool Loop::GoesOn() {
   const bool going = KeepsGoing(state_, limits_);
   state_.converged = !going;
+  outOfRangeInARow_ = outOfRangeWarned_ ? outOfRangeInARow_ + 1 : 0;
+  if (outOfRangeInARow_ >= kMostOutOfRange) return false;
   if (!LimitReached(state_, estimates_.control.IterationLimit)) return going;
   limitReached_ = going;
   return false;
