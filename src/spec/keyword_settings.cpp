@@ -223,8 +223,9 @@ void SetXtreme(SpecContext& context) {
 void SetMissing(SpecContext& context) {
   std::string codes;
   for (int field = 1; field <= context.reading.FieldCount; ++field) {
-    const std::string& code = Value(context, static_cast<std::size_t>(field));
-    if (!code.empty()) codes += "," + code;
+    // Every code, not the last one alone: those of the data lose their quotes too.
+    const std::string_view code = WithoutQuotes(Value(context, static_cast<std::size_t>(field)));
+    if (!code.empty()) codes += "," + std::string(code);
   }
   if (!codes.empty()) context.settings.Missing = codes + ",";
 }
