@@ -126,7 +126,7 @@ void DataPass::Finish() {
     UnspecifiedElements& unspecified = resolver_.unspecified();
     parts_.counts.UnspecifiedListCut = unspecified.cut();
     parts_.counts.UnspecifiedList =
-        unspecified.Take(parts_.design.flanks, parts_.settings.NullElement);
+        unspecified.Take(parts_.design.flanks, finder_, parts_.settings.NullElement);
   }
   FlushElementRecords(parts_.work);
   FlushResponseRecords(parts_.work);
@@ -266,7 +266,7 @@ void DataPass::ReadResponses(int fieldCount) {
   for (int field = parts_.design.FirstResponseField(); field <= fieldCount; ++field) {
     datumNumber_ = field - rules_.DataFlankCount;
     if (elements_.hasRange()) {
-      elements_.TakeRangeElement(static_cast<std::size_t>(datumNumber_ - 1));
+      resolver_.TakeRangeElement(static_cast<std::size_t>(datumNumber_ - 1), line_, elements_);
       searched_ = false;
     }
     ReadResponse(line_.Field(field));

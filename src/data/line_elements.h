@@ -1,11 +1,14 @@
 // What a data line says of the active positions: which element stands in each.
 //
-// Filled by ResolveElements once for a line; with a range, one position changes with each response.
+// Filled by ResolveElements once for a line; with a range, one position changes with each response,
+// and so do its followers: the positions whose Dvalue comes from it, be it through others.
 // Read by MatchResponse and by the writer of element records.
 #ifndef FLANKS_DATA_LINE_ELEMENTS_H
 #define FLANKS_DATA_LINE_ELEMENTS_H
 
+#include <algorithm>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "base/column.h"
@@ -27,6 +30,12 @@ struct FoundIdentifier {
   std::int32_t status = kStatusNullElement;
 };
 
+// What stands in a follower for one element of the range.
+struct FollowerValue {
+  FoundIdentifier found;
+  std::string text;
+};
+
 struct LineElements {
   Column<Position, std::int32_t> PositionElement;  // the element's number
   Column<Position, std::int32_t> PositionStatus;
@@ -34,12 +43,19 @@ struct LineElements {
 
   Position rangePosition;                  // no row: the line has no range
   std::vector<FoundIdentifier> RangeList;  // in ascending order of the numbers
+  DataPosition rangeDataPosition;          // where it stands, with a range
+  std::int32_t rangeLow = 0;               // the number of its first element
+  std::string rangeText;                   // the number of its current element
+
+  std::vector<DataPosition> followers;        // each behind the one that it follows
+  std::vector<FollowerValue> followerValues;  // element by element, in the order of `followers`
 
   bool hasRange() const { return rangePosition.number() > 0; }
-  // Makes element `index` (from 0) of the range the current one.
-  void TakeRangeElement(std::size_t index) {
-    PositionElement[rangePosition] = RangeList[index].number;
-    PositionStatus[rangePosition] = RangeList[index].status;
+  // Whether what stands in the position changes with each response.
+  bool ChangesWithRange(DataPosition position) const {
+    return hasRange() &&
+           (position == rangeDataPosition ||
+            std::find(followers.begin(), followers.end(), position) != followers.end());
   }
 };
 

@@ -66,6 +66,7 @@ void ElementResolver::MakePlan(DataPosition position) {
 LineProblem ElementResolver::ResolveElements(DataLine& line, std::int64_t lineNumber,
                                              LineElements& elements) {
   elements.rangePosition = Position();
+  elements.followers.clear();
   if (!rules_.dvalues.empty()) return ResolveWithDvalues(line, lineNumber, elements);
   for (const DataPosition p : Upward(plans_)) {
     const LineProblem problem = ResolvePosition(p, line.Field(p.number()), elements);
@@ -84,13 +85,70 @@ LineProblem ElementResolver::ResolveWithDvalues(DataLine& line, std::int64_t lin
       if (resolved_[p] != 0) continue;
       const DvalueEntry* entry = rules_.dvalue(p.number());
       if (entry != nullptr && !TakeDvalue(*entry, line, lineNumber, elements)) continue;
-      const LineProblem problem = ResolvePosition(p, line.Field(p.number()), elements);
-      if (problem.fault != Fault::none) return problem;
+      if (entry != nullptr && entry->fromPosition > 0 &&
+          elements.ChangesWithRange(DataPosition(entry->fromPosition))) {
+        elements.followers.push_back(p);
+      } else {
+        const LineProblem problem = ResolvePosition(p, line.Field(p.number()), elements);
+        if (problem.fault != Fault::none) return problem;
+      }
       resolved_[p] = 1;
       --left;
     }
   }
-  return left > 0 ? LineProblem{Fault::dvaluesCircular, 0, {}} : LineProblem{};
+  if (left > 0) return {Fault::dvaluesCircular, 0, {}};
+  return elements.followers.empty() ? LineProblem{} : ResolveFollowers(line, lineNumber, elements);
+}
+
+// Fills the followers for each element of the range, whether it has a response or not: so are the
+// elements of the range looked up, too.
+LineProblem ElementResolver::ResolveFollowers(DataLine& line, std::int64_t lineNumber,
+                                              LineElements& elements) {
+  const std::string_view range = line.Field(elements.rangeDataPosition.number());
+  elements.followerValues.clear();
+  for (std::size_t index = 0; index < elements.RangeList.size(); ++index) {
+    TakeRangeNumber(index, line, elements);
+    for (const DataPosition p : elements.followers) {
+      TakeDvalue(*rules_.dvalue(p.number()), line, lineNumber, elements);
+      const std::string_view field = line.Field(p.number());
+      const LineProblem problem = ResolvePosition(p, field, elements);
+      if (problem.fault != Fault::none) {
+        line.Fields[elements.rangeDataPosition.offset()] = range;
+        return problem;
+      }
+      FollowerValue value{{}, std::string(field)};
+      if (const Position active = plans_[p].active; active.number() > 0)
+        value.found = {elements.PositionElement[active], elements.PositionStatus[active]};
+      elements.followerValues.push_back(std::move(value));
+    }
+  }
+  TakeRangeElement(0, line, elements);
+  line.Fields[elements.rangeDataPosition.offset()] = range;
+  return {};
+}
+
+void ElementResolver::TakeRangeNumber(std::size_t index, DataLine& line,
+                                      LineElements& elements) const {
+  elements.PositionElement[elements.rangePosition] = elements.RangeList[index].number;
+  elements.PositionStatus[elements.rangePosition] = elements.RangeList[index].status;
+  elements.rangeText =
+      std::to_string(std::int64_t{elements.rangeLow} + static_cast<std::int64_t>(index));
+  line.Fields[elements.rangeDataPosition.offset()] = elements.rangeText;
+}
+
+void ElementResolver::TakeRangeElement(std::size_t index, DataLine& line,
+                                       LineElements& elements) const {
+  TakeRangeNumber(index, line, elements);
+  const std::size_t first = index * elements.followers.size();
+  for (std::size_t i = 0; i < elements.followers.size(); ++i) {
+    const DataPosition p = elements.followers[i];
+    const FollowerValue& value = elements.followerValues[first + i];
+    line.Fields[p.offset()] = value.text;
+    const Position active = plans_[p].active;
+    if (active.number() <= 0) continue;
+    elements.PositionElement[active] = value.found.number;
+    elements.PositionStatus[active] = value.found.status;
+  }
 }
 
 // Puts the value of `entry` into its field; false while its source is not known.
@@ -174,11 +232,14 @@ LineProblem ElementResolver::ResolveRange(DataPosition position, std::int32_t lo
   if (std::int64_t{high} - low + 1 > kMostRangeElements)
     return {Fault::rangeTooLong, position.number(), {}};
   elements.rangePosition = plan.active;
+  elements.rangeDataPosition = position;
+  elements.rangeLow = low;
   elements.RangeList.clear();
   for (std::int64_t number = low; number <= high; ++number)
     elements.RangeList.push_back(
         ByNumber(plan, static_cast<std::int32_t>(number), std::to_string(number)));
-  elements.TakeRangeElement(0);
+  elements.PositionElement[plan.active] = elements.RangeList.front().number;
+  elements.PositionStatus[plan.active] = elements.RangeList.front().status;
   return {};
 }
 

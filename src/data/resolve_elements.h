@@ -8,7 +8,8 @@
 // Check (1).
 //
 // Positions with a Dvalue are filled here: a fixed text, the line number, the count of data lines,
-// or a piece of another position's text or group, which may come from a Dvalue itself.
+// or a piece of another position's text or group, which may come from a Dvalue itself.  A Dvalue
+// that comes from the position of a range is filled anew for each element of the range.
 //
 // Tested by tests/unit/data/data_pass_test.cpp.
 #ifndef FLANKS_DATA_RESOLVE_ELEMENTS_H
@@ -57,6 +58,10 @@ class ElementResolver {
   [[nodiscard]] LineProblem ResolveElements(DataLine& line, std::int64_t lineNumber,
                                             LineElements& elements);
 
+  // Makes element `index` (from 0) of the range the current one, with what follows it: positions
+  // and fields of the line.
+  void TakeRangeElement(std::size_t index, DataLine& line, LineElements& elements) const;
+
   // How the short cut of the data pass may take a position's field: digits that are an element
   // number, a label, or anything because nobody looks at it.
   enum class PlainField : std::uint8_t { digits, label, ignored };
@@ -100,6 +105,8 @@ class ElementResolver {
   };
   void MakePlan(DataPosition position);
   LineProblem ResolveWithDvalues(DataLine& line, std::int64_t lineNumber, LineElements& elements);
+  LineProblem ResolveFollowers(DataLine& line, std::int64_t lineNumber, LineElements& elements);
+  void TakeRangeNumber(std::size_t index, DataLine& line, LineElements& elements) const;
   bool TakeDvalue(const DvalueEntry& entry, DataLine& line, std::int64_t lineNumber,
                   const LineElements& elements);
   std::string_view SourceText(DataPosition source, const DataLine& line,

@@ -4,10 +4,13 @@
 #include <functional>
 #include <utility>
 
+#include "base/parse_integer.h"
+
 namespace flanks {
 namespace {
 
 constexpr std::size_t kFirstPlaces = 256;  // a power of two
+constexpr std::int64_t kLowestGiven = 1;
 constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15ULL;
 
 }  // namespace
@@ -68,7 +71,21 @@ void UnspecifiedElements::Rehash() {
   }
 }
 
+// The first number from `from` on that no element has; behind the largest one the lowest there is.
+// There is one: neither `Labels=` nor the list holds so many elements.
+std::int64_t UnspecifiedElements::FreeNumber(FlankNo flank, std::int64_t from,
+                                             ElementFinder& finder,
+                                             std::int64_t nullElement) const {
+  for (std::int64_t number = from;; ++number) {
+    if (number > kLargestElementNumber) number = kLowestGiven;
+    const bool taken = number == nullElement || Has({flank, number, {}}) ||
+                       finder.FindElementSlot(static_cast<std::int32_t>(number), flank).found();
+    if (!taken) return number;
+  }
+}
+
 std::vector<UnspecifiedElement> UnspecifiedElements::Take(const FlankTable& flanks,
+                                                          ElementFinder& finder,
                                                           std::int64_t nullElement) {
   Column<FlankNo, std::int64_t> next(flanks.FlankHigh.rows());
   for (const FlankNo f : Upward(next)) next[f] = std::int64_t{flanks.FlankHigh[f]} + 1;
@@ -77,7 +94,7 @@ std::vector<UnspecifiedElement> UnspecifiedElements::Take(const FlankTable& flan
   for (const UnspecifiedElement& element : list_) {
     if (element.number != kNoNumber) continue;
     std::int64_t& number = next[element.flank];
-    while (number == nullElement || Has({element.flank, number, {}})) ++number;
+    number = FreeNumber(element.flank, number, finder, nullElement);
     given.push_back(number++);
   }
   std::size_t label = 0;

@@ -2,8 +2,9 @@
 //
 // Each is kept once, however often it comes.  Elements read by number have their number; labels,
 // which have none, are numbered when the pass has ended: from the number behind the Flank's last
-// one upward, in the order of their first appearance, past numbers that are taken.  So the list can
-// be pasted into a Specification.
+// one upward, in the order of their first appearance, past numbers that are taken; when the largest
+// element number has been given, the lowest free ones follow.  So the list can be pasted into a
+// Specification.
 //
 // The list does not grow with a long file: it stops at the number of elements that `Labels=` takes,
 // and at a hundred megabytes of text.  An element costs about 60 bytes and what its text has beyond
@@ -21,6 +22,7 @@
 
 #include "run/data_counts.h"
 #include "run/design.h"
+#include "spec/element_finder.h"
 
 namespace flanks {
 
@@ -40,7 +42,9 @@ class UnspecifiedElements {
   // Whether elements were left out because the list was full.
   bool cut() const { return cut_; }
   // Numbers the labels, sorts by Flank, number and text, and hands the list over.
-  std::vector<UnspecifiedElement> Take(const FlankTable& flanks, std::int64_t nullElement);
+  // `finder` knows the elements of the same Flanks.
+  std::vector<UnspecifiedElement> Take(const FlankTable& flanks, ElementFinder& finder,
+                                       std::int64_t nullElement);
 
  private:
   static constexpr std::int64_t kNoNumber = -1;
@@ -53,6 +57,8 @@ class UnspecifiedElements {
   };
   static std::size_t HashOf(const Key& key);
   static bool Is(const UnspecifiedElement& element, const Key& key);
+  std::int64_t FreeNumber(FlankNo flank, std::int64_t from, ElementFinder& finder,
+                          std::int64_t nullElement) const;
   std::size_t PlaceOf(const Key& key) const;
   bool Has(const Key& key) const { return places_[PlaceOf(key)] >= 0; }
   void Add(const Key& key, std::string_view text);

@@ -149,6 +149,27 @@ TEST(DataInRuns, StatementsTakeWhatFitsThem) {
   });
 }
 
+// Persons and items as above, and the schools North and South; `dvalue` gives each person's school.
+Changes WithSchools(const std::string& dvalue, const std::string& persons) {
+  return {{2, "Flanks=3"}, {3, "Models=?,?,?,R5\nDvalues=\n" + dvalue + "\n*"},
+          {6, persons},    {7, ";"},
+          {8, ";"},        {13, "*\n3,School,D\n1=North\n2=South\n*"}};
+}
+
+TEST(DataInRuns, ADvalueOutOfARangeIsThatOfEachElement) {
+  // Ann is of School 1; Bob and Cy, of School 2, have 4 + 3 and 2 + 4.
+  const std::vector<std::string> schools = {"|    13       4      3.25", Valid(6)};
+  const std::vector<std::string> understood = {" Processed as: 1-3,1 (i1),1 (North)  3,4,2\n"};
+  Expect({
+      {"labels", WithSchools("3,1,1,1", "1=1-Ann\n2=2-Bob\n3=2-Cy"), "1-3,1,3,4,2\n1-3,2,1,3,4\n",
+       schools, understood},
+      {"groups", WithSchools("3,1,$G", "1=Ann,,1\n2=Bob,,2\n3=Cy,,2"), "1-3,1,3,4,2\n1-3,2,1,3,4\n",
+       schools, understood},
+      {"a range that is a Dvalue", WithSchools("1,1-3\n3,1,1,1", "1=1-Ann\n2=2-Bob\n3=2-Cy"),
+       "1,3,4,2\n2,1,3,4\n", schools, understood},
+  });
+}
+
 TEST(DataInRuns, ElementsAreReadAsTheSpecificationSays) {
   Expect({
       {"labels in one position",
@@ -206,6 +227,11 @@ TEST(DataInRuns, MissingCodesAndReplicationsAreThoseOfTheSpecification) {
        {"Number of missing-code observations = 2 (9,x) first at or near line 16\n",
         "Number of invalid observations treated as missing = 1 first at or near line 18\n",
         Valid(1)},
+       {}},
+      {"codes in quotes, as the data may have them",
+       {{2, "Flanks=2\nMissing=\"9\",\"x\""}},
+       "1,1,9\n1,2,\"9\"\n2,1,'x'\n2,2,1\n",
+       {"Number of missing-code observations = 3 (9,x) first at or near line 16\n", Valid(1)},
        {}},
       {"one code",
        {{2, "Flanks=2\nMissing=9"}},

@@ -421,6 +421,89 @@ TEST(DataPass, DvaluesMayComeFromDvaluesButNotFromThemselves) {
   EXPECT_EQ(circle.analysis.reading.FaultCode, Fault::dvaluesCircular);
 }
 
+// Pupils 1-Ann, 2-Bob and 2-Cy (slots 1 to 3), one question (4) and two schools (5 and 6).
+class Pupils : public DataRun {
+ public:
+  explicit Pupils(const std::string& statement = "?,?,?,R5") {
+    Flank({{1, "1-Ann"}, {2, "2-Bob"}, {3, "2-Cy"}});
+    Flank({{1, "q"}});
+    Flank({{1, "North"}, {2, "South"}});
+    Model(statement);
+  }
+};
+
+TEST(DataPass, DvaluesOutOfARangeAreThoseOfEachElement) {
+  Pupils labels;
+  labels.Dvalue({3, "", 1, 1, 1, ""});
+  labels.Read("1-3,1,3,4,2\n2,1,5\n2-3,1,1\n");
+  EXPECT_THAT(labels.Records(), ElementsAre("0 1 3 : 1 4 5", "0 1 4 : 2 4 6", "0 1 2 : 3 4 6",
+                                            "0 1 5 : 2 4 6", "0 1 1 : 2 4 6"));
+  EXPECT_THAT(labels.Screen(), HasSubstr(" Processed as: 1-3,1 (q),1 (North)  3,4,2\n"));
+
+  Pupils groups;
+  for (int slot = 1; slot <= 3; ++slot)
+    groups.design().elements.ElementGroup[ElementSlot(slot)] = slot == 2 ? 1 : 2;
+  groups.Dvalue({3, "$G", 1, 0, 0, ""});
+  groups.Read("1-3,1,3,4,2\n");
+  EXPECT_THAT(groups.Records(), ElementsAre("0 1 3 : 1 4 6", "0 1 4 : 2 4 5", "0 1 2 : 3 4 6"));
+}
+
+TEST(DataPass, ChainsOfDvaluesFollowARange) {
+  // Position 4 is cut from the label of 3, which is cut from the number in 1: 11 to 13 have no
+  // label.  Position 2, which comes before them, takes the group of 4.
+  DataRun run;
+  run.Flank({{11, ""}, {12, ""}, {13, ""}});
+  run.Flank({{1, ""}, {2, ""}});
+  run.Flank({{1, "b"}, {2, "a"}, {3, "b"}});
+  run.Flank({{1, "a"}, {2, "b"}}, "L.");
+  run.Model("?,?,?,?,R5");
+  run.design().elements.ElementGroup[ElementSlot(9)] = 2;   // a
+  run.design().elements.ElementGroup[ElementSlot(10)] = 1;  // b
+  run.Dvalue({2, "$G", 4, 0, 0, ""});
+  run.Dvalue({3, "", 1, 2, 1, ""});
+  run.Dvalue({4, "", 3, 1, 1, ""});
+  run.Read("11-13,3,4,2\n");
+  EXPECT_THAT(run.Records(),
+              ElementsAre("0 1 3 : 1 4 6 10", "0 1 4 : 2 5 7 9", "0 1 2 : 3 4 8 10"));
+}
+
+TEST(DataPass, WhatFollowsARangeMayBeUnknownOrNoElement) {
+  Pupils run;
+  run.design().elements.ElementLabel[ElementSlot(2)] = "7-Bob";
+  run.design().elements.ElementLabel[ElementSlot(3)] = "0-Cy";
+  run.settings().Query = true;
+  run.Dvalue({3, "", 1, 1, 1, ""});
+  run.Read("1-3,1,3,4,2\n");
+  EXPECT_THAT(run.Screen(), HasSubstr("\n1,1,1 datum: 3 ; datum number 1\n"));
+  EXPECT_THAT(run.Screen(), HasSubstr("\n2,1,7 unspecified  ; datum number 2\n"));
+  EXPECT_THAT(run.Screen(), HasSubstr("\n3,1,0 model ?,?,?,R5,1 matched ; datum number 3\n"));
+  EXPECT_THAT(run.Report(), HasSubstr("flank: 3 element: 7 in line 1"));
+
+  Pupils second;  // a Dvalue may not be another range
+  second.design().elements.ElementLabel[ElementSlot(3)] = "1-2";
+  second.Dvalue({3, "", 1, 1, 3, ""});
+  second.design().elements.ElementLabel[ElementSlot(1)] = "1";
+  second.design().elements.ElementLabel[ElementSlot(2)] = "2";
+  second.Read("1-3,1,3,4,2\n");
+  EXPECT_EQ(second.analysis.reading.FaultCode, Fault::twoRanges);
+}
+
+TEST(DataPass, MessagesNameTheElementWithinARange) {
+  PersonsAndItems query;
+  query.settings().Query = true;
+  query.Read("1-5,2,1,3,2,4,5\n");
+  EXPECT_THAT(query.Screen(), HasSubstr("\n3,2 datum: 2 ; datum number 3\n"));
+  EXPECT_THAT(query.Screen(), HasSubstr("\n4,2 unspecified  ; datum number 4\n"));
+  EXPECT_THAT(query.Screen(), HasSubstr("\n5,2 unspecified  ; datum number 5\n"));
+
+  PersonsAndItems check;
+  check.Read("0-2,1,x,3,x\n");
+  EXPECT_THAT(check.Report(),
+              HasSubstr("Check (2)? Invalid datum location: 0,1 at or near line 1."));
+  EXPECT_THAT(check.Report(),
+              HasSubstr("Check (2)? Invalid datum location: 2,1 at or near line 1."));
+}
+
 TEST(DataPass, QueryShowsTheFateOfEachDatumAndGoesOn) {
   PersonsAndItems run;
   run.settings().Query = true;
