@@ -49,6 +49,8 @@ TextFileKind KindOf(std::string_view bytes, const Lines& lines) {
   const std::string start = lines.texts.front().substr(0, 2);
   if (start == "{\\") return TextFileKind::rtf;
   if (start == "\xFF\xFE" || start == "\xFE\xFF") return TextFileKind::unicode;
+  for (const char c : lines.texts.front())
+    if (c == 0) return TextFileKind::unicode;
   if (start == "\xEF\xBB") return TextFileKind::utf8;
   return lines.firstEndsInLoneReturn ? TextFileKind::incorrectEndOfLine : TextFileKind::plain;
 }

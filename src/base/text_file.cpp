@@ -45,6 +45,8 @@ TextFileCheck CheckTextFile(const std::string& name) {
   const std::string_view start = line.substr(0, 2);
   if (start == "{\\") return {{}, TextFileKind::rtf};
   if (start == "\xFF\xFE" || start == "\xFE\xFF") return {{}, TextFileKind::unicode};
+  // UTF-16 without a mark: each second byte of a plain text is code 0.
+  if (line.find('\0') != std::string_view::npos) return {{}, TextFileKind::unicode};
   if (start == kByteOrderMark.substr(0, 2)) return {{}, TextFileKind::utf8};
   if (file.EndedInLoneReturn(line)) return {{}, TextFileKind::incorrectEndOfLine};
   return {};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/shown_text.h"
 #include "base/text.h"
 #include "report/format/join_number.h"
 #include "run/messages.h"
@@ -18,9 +19,12 @@ constexpr std::size_t kLineShown = 300;  // bytes of a line or datum in a messag
 std::string Shown(std::string_view text) {
   text = Trim(text);
   if (text.size() <= kLineShown) return std::string(text);
-  std::size_t end = kLineShown;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  return std::string(text.substr(0, end)) + "...";
+  return std::string(CutBetweenCharacters(text, kLineShown)) + "...";
+}
+
+// Likewise, of a text that `Dvalues=` may have cut out of the line by bytes.
+std::string ShownPiece(std::string_view text, std::string_view line) {
+  return Shown(WholeCharacters(text, line));
 }
 
 // The parts of `line` between the characters of `separators`, empty ones left out.
@@ -89,13 +93,15 @@ std::string DataMessages::ElementText(DataPosition position, const DataLine& lin
 void DataMessages::TellUnspecified(const FirstUnspecified& first, const DataLine& line,
                                    const LinePlace& place) {
   std::string text = JoinNumber(message::kElementNotInLabels, first.flank.number());
-  text += " element: " + Shown(first.identifier);
-  if (first.byLabel) text += " label: " + Shown(first.identifier);
+  const std::string identifier = ShownPiece(first.identifier, place.original);
+  text += " element: " + identifier;
+  if (first.byLabel) text += " label: " + identifier;
   text += JoinNumber(" in line", place.number);
   text +=
       settings_.labelsNobuild ? " - Specify Labels=Build to list in Table 2." : " - see Table 2.";
   console_.WarnLine(text + " Delements = " + settings_.Delements);
-  const std::string original = Shown(place.original), processed = Shown(line.Processed());
+  const std::string original = Shown(place.original),
+                    processed = ShownPiece(line.Processed(), place.original);
   console_.WarnLine("In data: " + original);
   if (processed != original) console_.WarnLine("Processed: " + processed);
 }
@@ -132,10 +138,10 @@ FaultParticulars DataMessages::ParticularsOf(const LineProblem& problem,
       if (!settings_.Dvalues.empty()) particulars.addition = ": could be a problem in Dvalues=";
       break;
     case Fault::invalidElementNumberInData:
-      particulars.addition =
-          JoinNumber(" \"" + Shown(problem.text) + "\" at flank location in data:",
-                     problem.position) +
-          "  Is this an element label? If so, Delements=LN";
+      particulars.addition = JoinNumber(" \"" + ShownPiece(problem.text, place.original) +
+                                            "\" at flank location in data:",
+                                        problem.position) +
+                             "  Is this an element label? If so, Delements=LN";
       if (problem.text.find(' ') != std::string_view::npos)
         particulars.addition += SplitHint(place.original, fieldsNeeded);
       break;
@@ -158,8 +164,8 @@ std::string DataMessages::ElementList(const DataLine& line, const LineElements& 
     const Position active = design_.maps.ActiveMap[p];
     const bool known = elements.active.has(active) && elements.PositionStatus[active] > 0;
     if (p != design_.maps.EntryMap.firstRow()) list += ',';
-    list +=
-        known ? std::to_string(elements.PositionElement[active]) : Shown(line.Field(p.number()));
+    list += known ? std::to_string(elements.PositionElement[active])
+                  : ShownPiece(line.Field(p.number()), line.text);
   }
   return list;
 }

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "data/element_file.h"
 #include "data/response_file.h"
+#include "data/unread_lines.h"
 #include "report/format/join_number.h"
 #include "spec/file_names.h"
 
@@ -208,7 +209,10 @@ bool DataPass::ReadLine(std::string_view text) {
     return true;
   }
   // Kept: in a data file too (docs/quirks.md).
-  if (line_.FieldCount() == 1 && line_.Field(1) == "*") return false;
+  if (line_.FieldCount() == 1 && line_.Field(1) == "*") {
+    TellUnreadLines(source_, parts_.console);
+    return false;
+  }
   if (line_.FieldCount() < parts_.design.FirstResponseField())
     return Fail({Fault::tooFewDataFields, 0, {}});
   const bool first = parts_.counts.DataLines.isZero();

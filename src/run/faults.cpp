@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "base/shown_text.h"
 #include "report/format/join_number.h"
 
 namespace flanks {
@@ -131,7 +132,7 @@ const FaultRow* FindRow(Fault fault) {
 // characters, which would reach the terminal.
 std::string ShownText(const std::string& text) {
   constexpr std::size_t kLongest = 500;  // bytes
-  std::string shown = text.substr(0, kLongest);
+  std::string shown(CutBetweenCharacters(text, kLongest));
   for (char& c : shown)
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = ' ';
   return text.size() > kLongest ? shown + "..." : shown;

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "base/text.h"
 #include "data/data_pass.h"
 #include "data/table2.h"
 #include "estimate/iteration.h"
@@ -53,6 +54,17 @@ std::string SpecificationPlace(const Analysis& analysis, std::int64_t lineNumber
   return "line " + std::to_string(place.line) + " of \"" + place.file + "\"";
 }
 
+// The fault's own cure, but for a "%" line: it is read as it stands only behind the limits of
+// include files, and then its fields are not what is wrong with it.
+std::string_view CureOf(const ReadState& reading) {
+  const bool ofLine = reading.FaultCode == Fault::notSpecificationValue ||
+                      reading.FaultCode == Fault::tooFewDataFields;
+  if (ofLine && Trim(reading.SourceLine).starts_with('%'))
+    return "Include files nest more than 20 deep here (or are more than 10,000), so that this line "
+           "includes nothing: see whether a file includes itself.";
+  return FaultCure(reading.FaultCode);
+}
+
 // The one line that tells the pending fault, on the screen and in the report, and then where its
 // line is found and what can be done.
 void ReportFault(Console& console, const Analysis& analysis) {
@@ -60,7 +72,7 @@ void ReportFault(Console& console, const Analysis& analysis) {
   console.WarnLine(FaultLine(reading.FaultCode, reading.fault));
   if (reading.fault.name == kSpecificationName)
     console.WarnLine("  See " + SpecificationPlace(analysis, reading.fault.lineNumber) + ".");
-  if (const std::string_view cure = FaultCure(reading.FaultCode); !cure.empty())
+  if (const std::string_view cure = CureOf(reading); !cure.empty())
     console.WarnLine("  To mend it: " + std::string(cure));
 }
 

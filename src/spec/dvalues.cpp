@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/text.h"
+#include "report/format/join_number.h"
 #include "spec/flank_maps.h"
 #include "spec/list_reading.h"
 #include "spec/specification_reader.h"
@@ -25,14 +26,23 @@ std::int32_t ReadColumn(SpecContext& context, int field) {
   return column;
 }
 
-void KeepEntry(std::vector<DvalueEntry>& entries, DvalueEntry entry) {
+std::string EntryText(const DvalueEntry& entry) {
+  return std::to_string(entry.position) + "," + std::string(ShownPart(entry.asWritten));
+}
+
+void KeepEntry(SpecContext& context, DvalueEntry entry) {
+  std::vector<DvalueEntry>& entries = context.settings.Dvalues;
   const auto former = std::find_if(entries.begin(), entries.end(), [&](const DvalueEntry& e) {
     return e.position == entry.position;
   });
-  if (former == entries.end())
+  if (former == entries.end()) {
     entries.push_back(std::move(entry));
-  else
-    *former = std::move(entry);
+    return;
+  }
+  context.console.ShowFlagged("Dvalues=" + EntryText(entry) + " replaces Dvalues=" +
+                              EntryText(*former) + ": position " + std::to_string(entry.position) +
+                              JoinNumber(" is given again in line", context.reading.LineNumber));
+  *former = std::move(entry);
 }
 
 // "position, value" or "position, source, start, length" or "position, source, $G".
@@ -54,7 +64,7 @@ void ReadEntry(SpecContext& context) {
     if (!byGroup) entry.start = ReadColumn(context, 3);
     if (!byGroup) entry.length = ReadColumn(context, 4);
   }
-  if (!context.reading.faulty()) KeepEntry(context.settings.Dvalues, std::move(entry));
+  if (!context.reading.faulty()) KeepEntry(context, std::move(entry));
 }
 
 // Whether the sources of a position lead back to it, or to another circle.
@@ -97,8 +107,7 @@ void PrepareDvalues(Run& run) {
   if (entries.empty()) return;
   MakeDefaultMaps(analysis.design);
   for (const DvalueEntry& entry : entries) {
-    FaultParticulars particulars =
-        TextAtFault("Dvalues=" + std::to_string(entry.position) + "," + entry.asWritten);
+    FaultParticulars particulars = TextAtFault("Dvalues=" + EntryText(entry));
     particulars.name = kSpecificationName;
     particulars.lineNumber = kNoLineNumber;
     SetFault(analysis.reading, FaultOf(analysis.design, entries, entry), std::move(particulars));

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "base/parse_integer.h"
+#include "base/shown_text.h"
 #include "base/single.h"
 #include "base/text.h"
 #include "run/messages.h"
@@ -169,8 +170,9 @@ void SetElementValues(const ElementTexts& texts, const Settings& settings, Desig
     const std::string_view group =
         ResolveGroupText(texts.group(slot), design.elements.ElementLabel[slot]);
     if (!SetGroup(group, design, slot)) {
-      console.WarnLine("Invalid group number: " + std::string(group) + " (" +
-                       DescribeElement(design, slot) + " )");
+      console.WarnLine(
+          "Invalid group number: " + WholeCharacters(group, design.elements.ElementLabel[slot]) +
+          " (" + DescribeElement(design, slot) + " )");
       return SetGroupFault(reading, texts.lineNumber(slot));
     }
     reading.LineNumber = texts.lineNumber(slot);  // a malformed measure ends the process

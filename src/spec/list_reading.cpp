@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/shown_text.h"
 #include "base/text.h"
 #include "run/work_files.h"
 #include "spec/specification_reader.h"
@@ -15,7 +16,7 @@ constexpr std::size_t kShownOfLongLine = 500;  // bytes
 }  // namespace
 
 std::string_view ShownPart(std::string_view line) {
-  return Trim(line).substr(0, kShownOfLongLine);
+  return CutBetweenCharacters(Trim(line), kShownOfLongLine);
 }
 
 std::string_view FieldAt(const ReadState& reading, int index) {

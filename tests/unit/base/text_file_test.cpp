@@ -132,6 +132,10 @@ INSTANTIATE_TEST_SUITE_P(
         KindCase{"{\\rtf1\\ansi\r", TextFileKind::rtf, "RTF", true},
         KindCase{std::string("\xFF\xFET\0i\0", 6), TextFileKind::unicode, "Unicode", true},
         KindCase{std::string("\xFE\xFF\0T\0i", 6), TextFileKind::unicode, "Unicode", true},
+        KindCase{std::string("T\0i\0\n\0", 6), TextFileKind::unicode, "Unicode", true},
+        KindCase{std::string("T\0\r\0\n\0", 6), TextFileKind::unicode, "Unicode", true},
+        KindCase{std::string("\0T\0\n", 4), TextFileKind::unicode, "Unicode", true},
+        KindCase{std::string("Ti\n\0x\n", 6), TextFileKind::plain, "", false},  // first line counts
         KindCase{"\xEF\xBB\xBFTitle=x\n", TextFileKind::plain, "", false},
         KindCase{"\xEF\xBB\xBF{\\rtf1\n", TextFileKind::rtf, "RTF", true},
         KindCase{"\xEF\xBB\xBFTitle=x\ry", TextFileKind::incorrectEndOfLine,

@@ -59,6 +59,10 @@ TEST(Dvalues, TheLastEntryOfAPositionHolds) {
   DvaluesRun test("Dvalues=2,1\n2,5\n");
   ASSERT_EQ(test.entries().size(), 1u);
   EXPECT_EQ(test.entries()[0].text, "5");
+  ASSERT_FALSE(test.shell.statuses.empty());
+  EXPECT_EQ(test.shell.statuses.back().text,
+            "Dvalues=2,5 replaces Dvalues=2,1: position 2 is given again in line 2");
+  EXPECT_EQ(test.shell.statuses.back().emphasis, Emphasis::flagged);
 }
 
 TEST(Dvalues, AOneLineFormNeedsNoStar) {

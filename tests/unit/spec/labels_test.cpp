@@ -129,6 +129,17 @@ TEST(Labels, InvalidGroupIsShownWithItsElement) {
   EXPECT_EQ(SpecBench(Elements("1=Ann,,2.5\n")).fault(), Fault::invalidGroupNumber);
 }
 
+// The columns of "$2" count bytes: the second is the second byte of the accented letter.
+TEST(Labels, AGroupThatBeginsWithinACharacterIsShownWithoutHalfOfIt) {
+  SpecBench bench(
+      Elements("1=\xC3\x89"
+               "Ann,,$2W2\n"));
+  EXPECT_EQ(bench.fault(), Fault::invalidGroupNumber);
+  EXPECT_TRUE(
+      bench.shows("Invalid group number: ?A (1,1,\xC3\x89"
+                  "Ann )"));
+}
+
 TEST(Labels, RangeGivesEachOfItsNumbersTheSameLabel) {
   for (const std::string range : {"10-12", "12-10", "10_12"}) {
     SpecBench bench(Elements(range + "=Kid\n"));
