@@ -38,6 +38,7 @@ bool SubsetSweep::Run(const std::function<bool()>& goesOn) {
 }
 
 void SubsetSweep::CountElements() {
+  inKept_.assign(places_.flankOfSlot.size(), 0);
   elements_.assign(Index(lists_.tableSize()) + 1, Counts(places_.flanks.size(), 0));
   for (std::size_t flank = 0; flank < places_.flanks.size(); ++flank)
     for (std::int32_t slot = places_.flanks[flank].firstSlot;
@@ -65,18 +66,27 @@ bool SubsetSweep::RunOnce(const std::function<bool()>& goesOn) {
   return merged;
 }
 
-// Merges the connected subsets with higher numbers into this one.
+// Merges the connected subsets with higher numbers into this one.  What it gains by one partner
+// counts for the next; partners that it gains are left to the next call.
 bool SubsetSweep::MergeInto(SubsetNumber kept) {
-  const std::vector<std::int32_t> slots = lists_.SharedElements(kept);
+  std::vector<std::int32_t> slots = lists_.SharedElements(kept);
+  for (const std::int32_t slot : slots) inKept_[Index(slot)] = 1;
+  bool merged = false;
   for (const SubsetNumber partner : Partners(kept, slots)) {
-    const Counts shared = SharedCounts(slots, partner);
+    const std::vector<std::int32_t> theirs = lists_.SharedElements(partner);
+    const Counts shared = SharedCounts(theirs);
     if (!Connected(kept, partner, shared)) continue;
     for (std::size_t flank = 0; flank < shared.size(); ++flank)
       elements_[Index(kept)][flank] += elements_[Index(partner)][flank] - shared[flank];
     lists_.Merge(kept, partner);
-    return true;
+    merged = true;
+    for (const std::int32_t slot : theirs) {
+      if (inKept_[Index(slot)] == 0) slots.push_back(slot);
+      inKept_[Index(slot)] = 1;
+    }
   }
-  return false;
+  for (const std::int32_t slot : slots) inKept_[Index(slot)] = 0;
+  return merged;
 }
 
 // The subsets with higher numbers that may be connected with this one: those that share one of
@@ -120,11 +130,11 @@ std::vector<SubsetNumber> SubsetSweep::Partners(SubsetNumber subset,
   return partners;
 }
 
-SubsetSweep::Counts SubsetSweep::SharedCounts(const std::vector<std::int32_t>& slots,
-                                              SubsetNumber other) {
+// Of the elements of another subset, those that the one at work has too.
+SubsetSweep::Counts SubsetSweep::SharedCounts(const std::vector<std::int32_t>& slots) const {
   Counts shared(places_.flanks.size(), 0);
   for (const std::int32_t slot : slots)
-    if (lists_.Holds(slot, other)) ++shared[places_.flankOfSlot[Index(slot)]];
+    if (inKept_[Index(slot)] != 0) ++shared[places_.flankOfSlot[Index(slot)]];
   return shared;
 }
 

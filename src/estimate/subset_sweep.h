@@ -51,14 +51,15 @@ class SubsetSweep {
   bool RunOnce(const std::function<bool()>& goesOn);
   bool MergeInto(SubsetNumber kept);
   std::vector<SubsetNumber> Partners(SubsetNumber subset, const std::vector<std::int32_t>& slots);
-  Counts SharedCounts(const std::vector<std::int32_t>& slots, SubsetNumber other);
+  Counts SharedCounts(const std::vector<std::int32_t>& slots) const;
   bool Connected(SubsetNumber a, SubsetNumber b, const Counts& shared) const;
   std::int32_t Places(SubsetNumber subset, std::size_t flank) const;
 
   const FlankPlaces& places_;
   SubsetLists& lists_;
-  std::vector<Counts> elements_;  // by number: how many elements of each Flank
-  bool sameFlanks_ = false;       // all live subsets have elements for all positions
+  std::vector<Counts> elements_;      // by number: how many elements of each Flank
+  bool sameFlanks_ = false;           // all live subsets have elements for all positions
+  std::vector<std::uint8_t> inKept_;  // by slot: in the subset at work, and in others
 };
 
 }  // namespace flanks

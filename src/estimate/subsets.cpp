@@ -134,6 +134,11 @@ void SubsetCheck::Connect() {
 // one, ascending.  Each of these holds one of any two elements, so the two with the shortest lists
 // name them all.
 bool SubsetCheck::FindSubsets() {
+  nearly_.clear();
+  heldByOne_ = false;
+  if (lastHolder_ != 0) TryCandidate(lastHolder_);
+  if (heldByOne_) return true;
+  nearly_.clear();
   std::array<std::int32_t, 2> shortest = {live_[0], live_[1]};
   const auto shorter = [this](std::int32_t a, std::int32_t b) {
     return lists_.Size(a) < lists_.Size(b);
@@ -144,8 +149,6 @@ bool SubsetCheck::FindSubsets() {
     shortest[1] = live_[n];
     if (shorter(shortest[1], shortest[0])) std::swap(shortest[0], shortest[1]);
   }
-  nearly_.clear();
-  heldByOne_ = false;
   lists_.ForEach(shortest[0], [this](SubsetNumber subset) { TryCandidate(subset); });
   lists_.ForEach(shortest[1], [&](SubsetNumber subset) {
     if (!lists_.Holds(shortest[0], subset)) TryCandidate(subset);
@@ -155,9 +158,13 @@ bool SubsetCheck::FindSubsets() {
 }
 
 void SubsetCheck::TryCandidate(SubsetNumber subset) {
+  if (heldByOne_) return;  // one is enough
   const auto held = static_cast<std::size_t>(std::count_if(
       live_.begin(), live_.end(), [&](std::int32_t slot) { return lists_.Holds(slot, subset); }));
-  if (held == live_.size()) heldByOne_ = true;
+  if (held == live_.size()) {
+    heldByOne_ = true;
+    lastHolder_ = subset;
+  }
   if (held + 1 == live_.size()) nearly_.push_back(subset);
 }
 

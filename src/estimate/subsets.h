@@ -93,6 +93,7 @@ class SubsetCheck {
   std::vector<std::int32_t> slots_, live_;
   std::vector<SubsetNumber> nearly_;
   bool heldByOne_ = false;
+  SubsetNumber lastHolder_ = 0;  // the subset that held all of an observation before
 };
 
 // Compact numbers 1, 2, ... for the live subsets, in the order of their first elements.  `subjects`
