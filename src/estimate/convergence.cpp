@@ -11,6 +11,8 @@ namespace {
 constexpr float kStandstill = 1E-6f;  // logits
 constexpr std::int32_t kPatientIterations = 20;
 
+constexpr double kProgress = 0.99;  // of the smallest value so far
+
 constexpr float kSlowestSpeed = 0.001f;
 constexpr float kFastestSpeed = 2.0f;
 
@@ -30,11 +32,6 @@ bool BorrowedLimitsExceeded(const LargestChanges& changes, const ConvergenceLimi
          (limits.threshold == 0.0f && Exceeds(changes.MaxThresholdChange, limits.logit));
 }
 
-bool NoLimitSet(const ConvergenceLimits& limits) {
-  return limits.score == 0.0f && limits.logit == 0.0f && limits.category == 0.0f &&
-         limits.threshold == 0.0f;
-}
-
 bool SameSign(double a, double b) {
   return a * b > 0.0;
 }
@@ -44,6 +41,11 @@ bool SameSign(double a, double b) {
 ConvergenceLimits LimitsOf(const std::array<float, 4>& convergence) {
   return {std::abs(convergence[0]), std::abs(convergence[1]), std::abs(convergence[2]),
           std::abs(convergence[3])};
+}
+
+bool NoLimitSet(const ConvergenceLimits& limits) {
+  return limits.score == 0.0f && limits.logit == 0.0f && limits.category == 0.0f &&
+         limits.threshold == 0.0f;
 }
 
 bool KeepsGoing(const IterationState& iteration, const ConvergenceLimits& limits) {
@@ -64,6 +66,20 @@ bool KeepsGoing(const IterationState& iteration, const ConvergenceLimits& limits
 bool LimitReached(const IterationState& iteration, std::int32_t iterationLimit) {
   if (iteration.RecountRequired || iteration.EstimationPhase < kPhaseJmle) return false;
   return iterationLimit > 0 && iteration.IterationNumber >= iterationLimit;
+}
+
+bool ProgressWatch::Hopeless(const LargestChanges& changes) {
+  const std::array<double, 4> now = {
+      std::abs(changes.MaxScoreResidual), std::abs(double{changes.MaxLogitChange}),
+      std::abs(double{changes.MaxThresholdChange}), std::abs(changes.MaxCategoryResidual)};
+  ++sinceProgress_;
+  for (std::size_t i = 0; i < now.size(); ++i) {
+    if (begun_ && now[i] >= kProgress * smallest_[i]) continue;
+    smallest_[i] = now[i];
+    sinceProgress_ = 0;
+  }
+  begun_ = true;
+  return sinceProgress_ >= kPatience;
 }
 
 float NextSpeedFactor(float speedFactor, const LargestChanges& now, const LargestChanges& before) {

@@ -28,8 +28,6 @@ namespace {
 
 constexpr float kSmallestSecantDelta = 0.1f;  // logits
 constexpr float kProxIsEnough = 0.9f;         // logits: smaller changes leave PROX
-// A measure that has been held at the limit of the exponents so long does not come back.
-constexpr int kMostOutOfRange = 1000;  // iterations in a row
 
 // Every element to its start: in play, at its anchor or starting value.  An element with a target
 // is held like an anchored one, at the measure of its target.
@@ -126,7 +124,8 @@ class Loop {
   bool constraintsWarned_ = false;
   bool outOfRangeWarned_ = false;  // in this iteration
   bool limitReached_ = false;      // `Iterations=` stopped the loop before it had converged
-  int outOfRangeInARow_ = 0;       // iterations that ended with an estimate held at its limit
+  ProgressWatch progress_;
+  bool hopeless_ = false;  // iterations without progress ended the loop
 };
 
 void Loop::RunIterations() {
@@ -139,9 +138,9 @@ void Loop::RunIterations() {
   if (limitReached_)
     console_.WarnLine("'Iterations=" + std::to_string(estimates_.control.IterationLimit) +
                       "' reached.  'Iterations=0' removes limit");
-  if (outOfRangeInARow_ >= kMostOutOfRange)
-    console_.WarnLine(JoinNumber("Iterations ended: estimates were out of range in the last",
-                                 outOfRangeInARow_));
+  if (hopeless_)
+    console_.WarnLine(JoinNumber("Iterations ended: no progress in the last",
+                                 ProgressWatch::kPatience));
   if (!Halted(run_)) state_.EstimationPhase = kPhaseFinished;
 }
 
@@ -293,15 +292,16 @@ void Loop::ControlSpeed(const LargestChanges& before) {
 bool Loop::GoesOn() {
   const bool going = KeepsGoing(state_, limits_);
   state_.converged = !going;
-  outOfRangeInARow_ = outOfRangeWarned_ ? outOfRangeInARow_ + 1 : 0;
-  if (outOfRangeInARow_ >= kMostOutOfRange) return false;
+  if (state_.RecountRequired || state_.EstimationPhase != kPhaseJmle) progress_.Restart();
+  // Who sets no limit at all waits for a standstill, however long it takes.
+  hopeless_ = going && progress_.Hopeless(state_.changes) && !NoLimitSet(limits_);
+  if (hopeless_) return false;
   if (!LimitReached(state_, estimates_.control.IterationLimit)) return going;
   limitReached_ = going;
   return false;
 }
 
-// Nothing ends a loop that does not converge, as a design without an origin may not: it is only
-// told, at the 1,000th iteration, the 10,000th and so on.
+// A long way to convergence is told at the 1,000th iteration, the 10,000th and so on.
 void Loop::TellOfManyIterations() {
   if (state_.IterationNumber != tellAt_) return;
   tellAt_ *= 10;

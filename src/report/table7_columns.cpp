@@ -1,6 +1,7 @@
 #include "report/table7_columns.h"
 
 #include <algorithm>
+#include <span>
 #include <string_view>
 
 #include "base/utf8.h"
@@ -9,6 +10,8 @@
 
 namespace flanks {
 namespace {
+
+constexpr std::size_t kSubsetsShown = 20;  // of one element
 
 constexpr int kSmallestLabelWidth = 20;
 constexpr int kSmallestNumberWidth = 3;
@@ -56,7 +59,8 @@ int WidestLabel(const Table7Layout& layout, const Analysis& analysis, Utf8Encode
   int widest = DisplayWidth(LabelHead(layout, analysis.design.flanks), encoding);
   for (ElementSlot e : Upward(range.low, range.high))
     widest = std::max(widest, layout.numberWidth + 1 +
-                                  DisplayWidth(analysis.design.elements.ElementLabel[e], encoding));
+                                  DisplayWidth(analysis.design.elements.ElementLabel[e], encoding) +
+                                  DisplayWidth(SubsetNote(analysis, e)));
   return widest;
 }
 
@@ -86,6 +90,18 @@ std::string DashesFor(std::string_view head) {
 }
 
 }  // namespace
+
+std::string SubsetNote(const Analysis& analysis, ElementSlot slot) {
+  const std::span<const std::int32_t> subsets = analysis.subsets.Of(slot);
+  if (subsets.empty()) return "";
+  std::string note = " in subset:";
+  std::size_t shown = 0;
+  for (const std::int32_t subset : subsets) {
+    if (++shown > kSubsetsShown) return note + " ...";
+    note += " " + std::to_string(subset);
+  }
+  return note;
+}
 
 Table7Layout LayOutTable7(const Analysis& analysis, FlankNo flank) {
   const Settings& settings = analysis.settings;

@@ -33,6 +33,10 @@ struct Table7Layout {
   std::string fullRow, extremeRow, statusRow, footRow;  // edit words
 };
 
+// " in subset: 2" behind the label of an element of a design whose data are not connected; empty
+// otherwise.  Of many subsets the first twenty are named.
+std::string SubsetNote(const Analysis& analysis, ElementSlot slot);
+
 Table7Layout LayOutTable7(const Analysis& analysis, FlankNo flank);
 
 // "  7 Ann": the number right-aligned, a blank, the label.

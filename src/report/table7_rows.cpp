@@ -2,11 +2,9 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <span>
 #include <vector>
 
 #include "base/held_single.h"
-#include "base/utf8.h"
 #include "report/format/edit_word.h"
 #include "report/format/fixed_field.h"
 
@@ -17,7 +15,6 @@ constexpr int kMeasureWidth = 6;
 constexpr int kErrorWidth = 5;
 constexpr int kDiscriminationWidth = 5;
 constexpr int kStatisticDecimals = 2;
-constexpr std::size_t kSubsetsShown = 20;  // of one element
 
 double PerCount(double sum, float count) {
   return count > 0.0f ? sum / count : 0.0;
@@ -67,37 +64,17 @@ EditLine BeginRow(const Table7Layout& layout, const std::string& word, const std
   return line;
 }
 
-// The label's side is filled and the row ended.  A note follows the label, within its field where
-// there is room; a note is never cut, so that else it stands behind the row.
-std::string EndRow(EditLine& line, const Table7Layout& layout, const std::string& label,
-                   const std::string& note = "") {
-  if (layout.leftHand) {
-    line.EditString(note);
-    return line.Finish();
-  }
-  const std::string noted = label + note;
-  const bool fits = DisplayWidth(noted, layout.encoding) <= layout.labelWidth;
-  line.EditString(fits ? noted : label);
-  return line.Finish() + (fits ? "" : note);
-}
-
-// " in subset: 2" for an element of a design whose data are not connected.
-std::string SubsetNote(const Analysis& analysis, ElementSlot slot) {
-  const std::span<const std::int32_t> subsets = analysis.subsets.Of(slot);
-  if (subsets.empty()) return "";
-  std::string note = " in subset:";
-  std::size_t shown = 0;
-  for (const std::int32_t subset : subsets) {
-    if (++shown > kSubsetsShown) return note + " ...";
-    note += " " + std::to_string(subset);
-  }
-  return note;
+// The label's side is filled and the row ended.
+std::string EndRow(EditLine& line, const Table7Layout& layout, const std::string& label) {
+  line.EditString(layout.leftHand ? "" : label);
+  return line.Finish();
 }
 
 std::string FullLine(const Analysis& analysis, const Table7Layout& layout, ElementSlot slot) {
   const MeasureRow figures = FiguresOf(analysis, slot);
   const FinishedStatistics fit(analysis.estimates, slot);
-  const std::string label = NumberedLabel(layout, analysis.design.elements, slot);
+  const std::string label =
+      NumberedLabel(layout, analysis.design.elements, slot) + SubsetNote(analysis, slot);
   EditLine line = BeginRow(layout, layout.fullRow, label);
   AppendScores(line, figures);
   line.EditDouble(figures.fairAverage);
@@ -107,7 +84,7 @@ std::string FullLine(const Analysis& analysis, const Table7Layout& layout, Eleme
   line.EditString(FixedField(fit->Discrimination, kDiscriminationWidth, kStatisticDecimals));
   for (const Table7Column column : layout.optional)
     AppendCells(line, FullCells(analysis, column, slot));
-  return EndRow(line, layout, label, SubsetNote(analysis, slot));
+  return EndRow(line, layout, label);
 }
 
 // Extreme and Status rows: a word stands in the place of the fit.
@@ -116,7 +93,8 @@ std::string UnfittedLine(const Analysis& analysis, const Table7Layout& layout, E
   const bool extreme = kind == RowKind::extreme;
   const MeasureRow figures = FiguresOf(analysis, slot);
   const std::int16_t status = analysis.estimates.elements[slot].ElementStatus;
-  const std::string label = NumberedLabel(layout, analysis.design.elements, slot);
+  const std::string label =
+      NumberedLabel(layout, analysis.design.elements, slot) + SubsetNote(analysis, slot);
   EditLine line = BeginRow(layout, extreme ? layout.extremeRow : layout.statusRow, label);
   AppendScores(line, figures);
   if (extreme) line.EditDouble(figures.fairAverage);
@@ -128,7 +106,7 @@ std::string UnfittedLine(const Analysis& analysis, const Table7Layout& layout, E
   line.EditString(StatusWord(status));
   for (const Table7Column column : layout.optional)
     AppendCells(line, UnfittedCells(analysis, column, slot));
-  return EndRow(line, layout, label, SubsetNote(analysis, slot));
+  return EndRow(line, layout, label);
 }
 
 }  // namespace

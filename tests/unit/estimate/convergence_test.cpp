@@ -143,5 +143,37 @@ TEST(LimitsOf, TakesAbsoluteValuesInTheKeywordsOrder) {
   EXPECT_EQ(limits.threshold, .04f);
 }
 
+LargestChanges Changes(double residual, float change) {
+  LargestChanges changes;
+  changes.MaxScoreResidual = residual;
+  changes.MaxLogitChange = change;
+  return changes;
+}
+
+TEST(ProgressWatch, HoldsOutAThousandIterationsWithoutProgress) {
+  ProgressWatch watch;
+  EXPECT_FALSE(watch.Hopeless(Changes(-5.0, .25f)));
+  for (int i = 1; i < 1000; ++i) ASSERT_FALSE(watch.Hopeless(Changes(5.0, -.25f))) << i;
+  EXPECT_TRUE(watch.Hopeless(Changes(5.0, .25f)));
+}
+
+TEST(ProgressWatch, AHundredthOfTheSmallestIsProgress) {
+  ProgressWatch watch;
+  EXPECT_FALSE(watch.Hopeless(Changes(100.0, 1.0f)));
+  for (int i = 1; i < 1000; ++i) watch.Hopeless(Changes(100.0, 1.0f));
+  EXPECT_FALSE(watch.Hopeless(Changes(98.9, 1.0f)));  // of either
+  for (int i = 1; i < 1000; ++i) watch.Hopeless(Changes(98.0, 1.0f));
+  EXPECT_FALSE(watch.Hopeless(Changes(200.0, -.9f)));
+  for (int i = 1; i < 1000; ++i) ASSERT_FALSE(watch.Hopeless(Changes(97.95, .9f)));
+  EXPECT_TRUE(watch.Hopeless(Changes(97.95, .9f)));  // less than a hundredth
+}
+
+TEST(ProgressWatch, BeginsAnewAfterARecount) {
+  ProgressWatch watch;
+  for (int i = 0; i < 1000; ++i) watch.Hopeless(Changes(1.0, .1f));
+  watch.Restart();
+  EXPECT_FALSE(watch.Hopeless(Changes(1.0, .1f)));
+}
+
 }  // namespace
 }  // namespace flanks

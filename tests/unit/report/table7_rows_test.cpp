@@ -1,5 +1,6 @@
 #include "report/table7_rows.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -7,6 +8,8 @@
 
 namespace flanks {
 namespace {
+
+using ::testing::EndsWith;
 
 constexpr ElementSlot kAnn(1);
 
@@ -224,7 +227,8 @@ TEST(ElementLine, NamesTheSubsetBehindTheLabel) {
   EXPECT_EQ(one.Line(), plain.substr(0, plain.find("Ann")) + "Ann in subset: 2|");
 }
 
-TEST(ElementLine, ASubsetWithoutRoomInTheFieldStandsBehindTheRow) {
+// "  7 Ann of Green Gables" has 23 places.
+TEST(ElementLine, TheLabelsFieldIsAsWideAsTheLongestNoteAsks) {
   OneElement one;
   one.analysis.design.elements.ElementLabel[kAnn] = "Ann of Green Gables";
   const std::string plain = one.Line();
@@ -232,10 +236,10 @@ TEST(ElementLine, ASubsetWithoutRoomInTheFieldStandsBehindTheRow) {
   one.analysis.subsets.numbers = {2, 12};
   one.analysis.subsets.begin.assign(2, 0);
   one.analysis.subsets.begin[ElementSlot(2)] = 2;
-  EXPECT_EQ(one.Line(), plain + " in subset: 2 12");
+  EXPECT_EQ(one.Line(), plain.substr(0, plain.size() - 1) + " in subset: 2 12|");
 }
 
-TEST(ElementLine, ASubsetStandsBehindTheRowWhenLabelsAreAtTheLeft) {
+TEST(ElementLine, ASubsetStandsBehindALabelAtTheLeft) {
   OneElement one;
   one.analysis.settings.LeftHand = true;
   const std::string plain = one.Line();
@@ -243,21 +247,22 @@ TEST(ElementLine, ASubsetStandsBehindTheRowWhenLabelsAreAtTheLeft) {
   one.analysis.subsets.numbers = {1};
   one.analysis.subsets.begin.assign(2, 0);
   one.analysis.subsets.begin[ElementSlot(2)] = 1;
-  EXPECT_EQ(one.Line(), plain + " in subset: 1");
+  const std::string line = one.Line();
+  EXPECT_EQ(line.substr(0, line.find('|', 1) + 1), "|   7 Ann in subset: 1|");
+  EXPECT_EQ(line.substr(line.find('|', 1)), plain.substr(plain.find('|', 1)));
 }
 
 TEST(ElementLine, OfManySubsetsTwentyAreNamed) {
   OneElement one;
-  const std::string plain = one.Line();
   one.analysis.subsets.SubsetCount = 30;
-  std::string twenty = " in subset:";
+  std::string twenty = "   7 Ann in subset:";
   for (int number = 1; number <= 30; ++number) {
     one.analysis.subsets.numbers.push_back(number);
     if (number <= 20) twenty += " " + std::to_string(number);
   }
   one.analysis.subsets.begin.assign(2, 0);
   one.analysis.subsets.begin[ElementSlot(2)] = 30;
-  EXPECT_EQ(one.Line(), plain + twenty + " ...");
+  EXPECT_THAT(one.Line(), EndsWith("|" + twenty + " ...|"));
 }
 
 }  // namespace
