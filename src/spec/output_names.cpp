@@ -5,11 +5,14 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
 #include "spec/file_names.h"
+#include "spec/included_files.h"
 #include "spec/list_reading.h"
 
 namespace flanks {
@@ -26,6 +29,37 @@ bool ReplacesSpecification(const Run& run, const std::string& output) {
 bool ReplacesData(const Settings& settings, const std::string& output) {
   return settings.dataSource == DataSource::file &&
          SameFile(output, FindFileToRead(settings.dataFile, settings.specificationFile));
+}
+
+// What a report begins with, unless it is a webpage.
+constexpr std::string_view kReportStart = "Flanks (Many-Flank Rasch Measurement) Version";
+
+// Whether a file stands there that could be lost: one that holds something and is no former report.
+bool HoldsOtherText(const std::string& name) {
+  std::error_code notThere;
+  if (!std::filesystem::is_regular_file(name, notThere)) return false;
+  if (std::filesystem::file_size(name, notThere) == 0) return false;
+  std::string start(kReportStart.size(), '\0');
+  std::ifstream(name, std::ios::binary)
+      .read(start.data(), static_cast<std::streamsize>(start.size()));
+  return start != kReportStart;
+}
+
+// The first name that is an include file of the data, or nothing.  The data are read later, so they
+// are looked through here; a run that only replaces its former report is spared that.
+const std::string* ReplacedInclude(const Settings& settings,
+                                   const std::vector<const std::string*>& names) {
+  std::vector<const std::string*> inDanger;
+  std::copy_if(names.begin(), names.end(), std::back_inserter(inDanger),
+               [](const std::string* name) { return HoldsOtherText(*name); });
+  if (inDanger.empty()) return nullptr;
+  const std::string top = settings.dataSource == DataSource::file
+                              ? FindFileToRead(settings.dataFile, settings.specificationFile)
+                              : settings.specificationFile;
+  for (const std::string& included : FindIncludedFiles(top, settings.specificationFile))
+    for (const std::string* name : inDanger)
+      if (SameFile(*name, included)) return name;
+  return nullptr;
 }
 
 // The files that are written under the names they were given.  The Score file is not among them:
@@ -78,6 +112,8 @@ void SettleOutputNames(Run& run) {
     if (replacesOutput || ReplacesData(settings, name) || ReplacesSpecification(run, name))
       return SetIncompatible(run.analysis.reading, name);
   }
+  if (const std::string* name = ReplacedInclude(settings, names))
+    SetIncompatible(run.analysis.reading, *name);
 }
 
 void OpenFurtherOutputFiles(Run& run) {

@@ -2,7 +2,7 @@
 //
 // Nobody named the report: it is the Specification's name with ".out.txt" in place of its last
 // extension.  An output file may replace neither the Specification with its include files nor the
-// data nor another output file.
+// data with theirs nor another output file.
 //
 // The Residual, Anchor and Graph files are opened for a moment, so that a user hears at once of one
 // that cannot be written.  Nothing changes on disk: what stands in a file stays, and a file that

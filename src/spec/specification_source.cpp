@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "base/utf8.h"
 #include "spec/file_names.h"
+#include "spec/included_files.h"
 #include "spec/list_reading.h"
 #include "spec/specification_reader.h"
 
@@ -21,9 +22,6 @@ constexpr char kCommentMark = ';';
 constexpr char kNoBreakSpace = '\xA0';
 constexpr char kNoBreakSpaceLead = '\xC2';  // of the two bytes that UTF-8 makes of it
 constexpr int kChangedFileExit = 1;
-// Of one source.  A list may hold lines that name its own file: the levels alone would let n such
-// lines open it n to the 20th times.
-constexpr std::size_t kMostIncludedFiles = 10000;
 
 // What the bytes of a line are, so that one look over a line finds all that is special in it.
 enum ByteClass : std::uint8_t {
@@ -142,8 +140,7 @@ std::string_view SpecificationSource::WithoutNoBreakSpaces(Console& console,
 }
 
 bool SpecificationSource::OpenIncluded(Console& console, std::string_view line) {
-  const std::string_view afterMark = line.substr(1);
-  const std::string name(WithoutQuotes(afterMark.substr(0, afterMark.find(kCommentMark))));
+  const std::string name(IncludedName(line));
   if (const Fault fault = CheckFileName(name); fault != Fault::none)
     return Fail(fault, std::string(line));
   console.ShowLine("Reading % include file: " + std::string(ShownPart(name)));

@@ -44,6 +44,27 @@ TEST(SettleOutputNames, ReplacesNeitherSpecificationNorData) {
   EXPECT_EQ(included.fault(), Fault::incompatibleFileUse);
 }
 
+TEST(SettleOutputNames, ReplacesNoIncludeFileOfTheData) {
+  const auto faultOf = [](const char* former, const char* specification, const char* keyword) {
+    SpecRun test;
+    const std::string lost = test.folder.write("d2.txt", former);
+    test.folder.write("d1.txt", "1,1,3\n % more.txt ; the rest\n");
+    test.folder.write("more.txt", "% \"d2.txt\"\n");
+    test.Read(keyword + ("=" + lost) + "\n" + specification);
+    SettleOutputNames(test.run);
+    EXPECT_EQ(test.folder.read("d2.txt"), former);
+    return test.fault();
+  };
+  for (const char* keyword : {"Output", "Anchorfile", "Residualfile", "Graphfile", "Simulated"})
+    EXPECT_EQ(faultOf("2,1,3\n", "Data=d1.txt\n", keyword), Fault::incompatibleFileUse) << keyword;
+  EXPECT_EQ(faultOf("2,1,3\n", "Data=\n1,1,3\n%d2.txt\n", "Output"), Fault::incompatibleFileUse);
+  EXPECT_EQ(faultOf("2,1,3\n", "Data=\n1,1,3\n1,2,3 %d2.txt\n", "Output"), Fault::none);
+  EXPECT_EQ(faultOf("", "Data=d1.txt\n", "Output"), Fault::none) << "nothing to lose";
+  EXPECT_EQ(faultOf("Flanks (Many-Flank Rasch Measurement) Version 1\n", "Data=d1.txt\n", "Output"),
+            Fault::none)
+      << "a former report";
+}
+
 TEST(SettleOutputNames, FurtherFilesReplaceNoOtherEither) {
   const char* const faulty[] = {"Anchorfile=$",
                                 "Residualfile=$",
