@@ -19,7 +19,7 @@ constexpr int kFewestFieldsOfLine = 3;
 void AddGroupLabel(SpecContext& context) {
   ReadState& reading = context.reading;
   Design& design = context.design;
-  // The Flanks need not be known yet.
+  // The Flanks need not be known yet: CheckGroupLabels looks again.
   const int largestFlank = design.FlankCount == 0 ? kLargestFlankCount : design.FlankCount;
   const WholeNumber flank = ParseInteger(FieldAt(reading, 1), largestFlank);
   const WholeNumber group = ParseInteger(FieldAt(reading, 2), kLargestGroupNumber);
@@ -46,6 +46,17 @@ void ReadGroupLabels(SpecContext& context) {
     while (!reading.faulty() && NextListLine(context)) AddGroupLabel(context);
   }
   ForgetSeen(context.state, keyword_code::kGlabel);  // another list may follow
+}
+
+void CheckGroupLabels(const Design& design, ReadState& reading) {
+  if (design.FlankCount == 0 || reading.faulty()) return;
+  const auto wrong = std::find_if(
+      design.groupLabels.begin(), design.groupLabels.end(),
+      [&design](const GroupLabel& label) { return label.flank.number() > design.FlankCount; });
+  if (wrong == design.groupLabels.end()) return;
+  SetPlacelessFault(reading, Fault::glabelForm,
+                    "Glabel=" + std::to_string(wrong->flank.number()) + "," +
+                        std::to_string(wrong->group) + "," + wrong->label);
 }
 
 }  // namespace flanks

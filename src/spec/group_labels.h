@@ -13,6 +13,10 @@ namespace flanks {
 // Handler of `Glabel=`.
 void ReadGroupLabels(SpecContext& context);
 
+// Once the Specification has been read: a label of a Flank beyond `Flanks=`, which stood before it.
+// Fault: glabelForm.
+void CheckGroupLabels(const Design& design, ReadState& reading);
+
 }  // namespace flanks
 
 #endif  // FLANKS_SPEC_GROUP_LABELS_H

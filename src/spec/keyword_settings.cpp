@@ -15,6 +15,7 @@
 #include "run/messages.h"
 #include "spec/file_names.h"
 #include "spec/flank_maps.h"
+#include "spec/given_value.h"
 #include "spec/keyword_table.h"
 #include "spec/list_reading.h"
 #include "spec/specification_reader.h"
@@ -56,20 +57,34 @@ std::string JoinFields(const SpecContext& context, std::string_view separator) {
   return text;
 }
 
+// What became of a value that is not taken as it stands.
+void TellValue(SpecContext& context, std::string_view value, std::string_view became) {
+  context.console.ShowFlagged("The value " + std::string(value) + " " + std::string(became) + " " +
+                              std::string(ShownPart(context.reading.SourceLine)));
+}
+
+// The evaluator takes a word for 0: most often a slip.
+void TellWord(SpecContext& context, std::string_view value) {
+  if (!BeginsLikeNumber(value)) TellValue(context, value, "is no number and taken as 0:");
+}
+
 // Real numbers, each taken when it is there.
 void TakeNumber(SpecContext& context, std::size_t field, float& number) {
-  if (!Value(context, field).empty())
-    number = EvaluateValue(context.console, Value(context, field));
+  const std::string& text = Value(context, field);
+  if (text.empty()) return;
+  number = EvaluateValue(context.console, text);
+  TellWord(context, text);
 }
 void TakeWhole(SpecContext& context, std::size_t field, std::int32_t& number) {
-  if (!Value(context, field).empty())
-    number = EvaluateWhole(context.console, Value(context, field));
+  const std::string& text = Value(context, field);
+  if (text.empty()) return;
+  number = EvaluateWhole(context.console, text);
+  TellWord(context, text);
 }
 
 // A value out of its range leaves the setting as it is, and the user is told.
 void TellNotTaken(SpecContext& context, const std::string& value) {
-  context.console.ShowFlagged("The value " + value + " is out of range and not taken: " +
-                              std::string(ShownPart(context.reading.SourceLine)));
+  TellValue(context, value, "is out of range and not taken:");
 }
 
 // Takes a number within a range.
@@ -91,7 +106,11 @@ void TakeNonZero(SpecContext& context, std::size_t field, float& number) {
 
 void TakeDecimals(SpecContext& context, std::size_t field, std::int32_t& decimals) {
   TakeWhole(context, field, decimals);
-  decimals = std::clamp(decimals, 0, kMostDecimals);
+  const std::int32_t taken = std::clamp(decimals, 0, kMostDecimals);
+  if (taken != decimals)
+    TellValue(context, Value(context, field),
+              JoinNumber("is out of range and taken as", taken) + ":");
+  decimals = taken;
 }
 
 // A text that is kept when there is none.
@@ -195,6 +214,8 @@ void SetIterations(SpecContext& context) {
 void SetNewton(SpecContext& context) {
   if (IsYes(context))
     context.settings.Newton = kNewtonOfYes;
+  else if (Letter(context) == 'N')
+    context.settings.Newton = 0.0f;
   else
     TakeNumber(context, 1, context.settings.Newton);
 }

@@ -5,6 +5,7 @@
 
 #include "base/parse_integer.h"
 #include "base/text.h"
+#include "spec/group_labels.h"
 #include "spec/keyword_table.h"
 #include "spec/list_reading.h"
 
@@ -203,6 +204,7 @@ void ReadSpecification(Run& run) {
   run.console.TickStart();
   ApplyLines(context);
   run.console.TickEnd();
+  CheckGroupLabels(context.design, context.reading);
   CompleteFault(context);
   state.includedFiles = state.source->includedFiles();
 }

@@ -15,7 +15,7 @@
 namespace flanks {
 
 // The value of the expression at the start of `text`, 0 when there is none.  A malformed one is
-// shown as "VLCOMPUTE: " and the text, and ends the process.
+// shown as "VLCOMPUTE: " and the text, with what can be done, and ends the process.
 float EvaluateValue(Console& console, std::string_view text);
 
 // The same, cut to a whole number; what is too large stays at the end of the range.

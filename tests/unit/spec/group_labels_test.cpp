@@ -4,6 +4,7 @@
 #include <string>
 
 #include "support/spec_bench.h"
+#include "support/spec_run.h"
 
 namespace flanks {
 namespace {
@@ -56,6 +57,21 @@ TEST(GroupLabels, RefuseAnythingElse) {
     EXPECT_EQ(bench.fault(), Fault::glabelForm) << line;
     EXPECT_EQ(bench.faultLine(), 1) << line;
   }
+}
+
+TEST(GroupLabels, BeforeFlanksAreCheckedAtTheEnd) {
+  const auto read = [](std::string_view text, std::string_view extras = "") {
+    SpecRun test;
+    test.Read(text, extras);
+    return test.fault() == Fault::none ? std::string() : test.FaultText();
+  };
+  const std::string fault =
+      "Glabel=9,1,Boys Specification is: Format is: Glabel = flank number, group number, group "
+      "label: Error F65";
+  EXPECT_EQ(read("Glabel=9,1,Boys\n*\nFlanks=2\nData=\n"), fault);
+  EXPECT_EQ(read("Flanks=2\nData=\n", "Glabel=9,1,Boys"), fault);
+  EXPECT_EQ(read("Glabel=2,1,Boys\n*\nFlanks=2\nData=\n"), "");
+  EXPECT_EQ(read("Glabel=9,1,Boys\n*\nData=\n"), "") << "which F29 follows";
 }
 
 }  // namespace

@@ -312,6 +312,14 @@ TEST(KeywordFaults, TellTheLineTheValueAndTheCode) {
 
 // ---- What is no fault, and told
 
+TEST(KeywordHints, SayNothingOfANumberOrANo) {
+  for (const char* line : {"Newton=N", "Newton=0", "Udecimals=9", "Convergence=,.1", "T4MAX=(2)"}) {
+    SpecRun test;
+    test.Read(std::string(line) + "\n");
+    EXPECT_EQ(test.shell.Screen().find("The value"), std::string::npos) << line;
+  }
+}
+
 TEST(KeywordHints, TellWhatWasNotTaken) {
   const FaultCase cases[] = {
       {"Uscale=0", "The value 0 is out of range and not taken: Uscale=0"},
@@ -319,6 +327,16 @@ TEST(KeywordHints, TellWhatWasNotTaken) {
       {"Umean=50,0", "The value 0 is out of range and not taken: Umean=50,0"},
       {"Hardware=-1", "The value -1 is out of range and not taken: Hardware=-1"},
       {"Xtreme=.2,1", "The value 1 is out of range and not taken: Xtreme=.2,1"},
+      {"Convergence=.1,bad", "The value bad is no number and taken as 0: Convergence=.1,bad"},
+      {"Iterations=abc", "The value abc is no number and taken as 0: Iterations=abc"},
+      {"Newton=x", "The value x is no number and taken as 0: Newton=x"},
+      {"T4MAX=abc", "The value abc is no number and taken as 0: T4MAX=abc"},
+      {"Udecimals=x", "The value x is no number and taken as 0: Udecimals=x"},
+      {"Umean=abc", "The value abc is no number and taken as 0: Umean=abc"},
+      {"Unexpected=x", "The value x is no number and taken as 0: Unexpected=x"},
+      {"Zscore=1,x", "The value x is no number and taken as 0: Zscore=1,x"},
+      {"Udecimals=12", "The value 12 is out of range and taken as 9: Udecimals=12"},
+      {"Umean=1,2,-1", "The value -1 is out of range and taken as 0: Umean=1,2,-1"},
       {"Flanks=0", "There are no Flanks by line 1: Flanks=0"},
       {"Flanks 2", "There is no \"=\" in line 1, so this is a keyword without a value: Flanks 2"},
       {"Title My test ; = is missing",

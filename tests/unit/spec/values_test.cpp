@@ -20,6 +20,7 @@ TEST(EvaluateValue, TakesAnExpression) {
 struct EndingCase {
   std::string text;
   std::string shown;
+  std::string cure;
 };
 
 class EvaluateValueEnds : public testing::TestWithParam<EndingCase> {};
@@ -33,7 +34,7 @@ TEST_P(EvaluateValueEnds, TheProcessAndShowsTheText) {
     exitCode = end.exitCode;
   }
   EXPECT_EQ(exitCode, 1);
-  EXPECT_EQ(test.shell.Screen(), GetParam().shown + "\n");
+  EXPECT_EQ(test.shell.Screen(), GetParam().shown + "\n  To mend it: " + GetParam().cure + "\n");
 }
 
 std::string Ones(int count) {
@@ -42,11 +43,20 @@ std::string Ones(int count) {
   return text;
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, EvaluateValueEnds,
-                         testing::Values(EndingCase{"1E2", "VLCOMPUTE: 1E2"},
-                                         EndingCase{"2*-3", "VLCOMPUTE: 2*-3"},
-                                         EndingCase{"1/0", "VLCOMPUTE: 1/0"},
-                                         EndingCase{Ones(26), "COMPUTE1: DEPTH 27+: " + Ones(26)}));
+const char* const kSign = "An exponent needs its sign: write 1E+2 for 1E2.";
+const char* const kCheck =
+    "Check the parentheses: no sign stands behind * / or ^, nothing is divided by 0, and no word "
+    "begins with D or E.";
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, EvaluateValueEnds,
+    testing::Values(EndingCase{"1E2", "VLCOMPUTE: 1E2", kSign},
+                    EndingCase{"2+1.d3", "VLCOMPUTE: 2+1.d3", kSign},
+                    EndingCase{"1E+2*-3", "VLCOMPUTE: 1E+2*-3", kCheck},
+                    EndingCase{"1/0", "VLCOMPUTE: 1/0", kCheck},
+                    EndingCase{"early", "VLCOMPUTE: early", kCheck},
+                    EndingCase{Ones(26), "COMPUTE1: DEPTH 27+: " + Ones(26),
+                               "Work out a part of it: there is room for 25 numbers."}));
 
 TEST(EvaluateWhole, CutsAndStaysInRange) {
   SpecRun test;
