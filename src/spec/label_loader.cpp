@@ -21,6 +21,7 @@
 #include "spec/given_value.h"
 #include "spec/label_list.h"
 #include "spec/list_reading.h"
+#include "spec/specification_reader.h"
 
 namespace flanks {
 namespace {
@@ -38,6 +39,7 @@ class LabelLoader {
         design_(run.analysis.design),
         settings_(run.analysis.settings),
         former_(run.process.former),
+        source_(run.analysis.specification.source.get()),
         file_(file) {}
 
   void Load();
@@ -56,6 +58,8 @@ class LabelLoader {
   void SetTargets(const LabelLine& line, SlotRange slots, ElementFinder& finder);
   void FinishLabels();
   void FinishTargets();
+  void FailAtTargetOf(ElementSlot slot);
+  void TellPlaceOfMeasure();
   void Fail(const LabelLine& line, Fault fault, std::int64_t number = 0);
   bool Halted() const { return reading_.faulty() || console_.stopping(); }
   bool Tick(const LabelLine& line);
@@ -65,6 +69,7 @@ class LabelLoader {
   Design& design_;
   const Settings& settings_;
   FormerRun& former_;
+  const SpecificationSource* source_;  // tells where lines stand; null when none was read
   TextWorkFile& file_;
   FlankNo flank_;       // of the block at work
   FlankNo nullWarned_;  // the last Flank with Warning (16)
@@ -102,6 +107,19 @@ void LabelLoader::Load() {
   FinishTargets();
   if (Halted()) return;
   SetElementValues(texts_, settings_, design_, reading_, former_, console_);
+  if (console_.stopping()) TellPlaceOfMeasure();
+}
+
+// Behind a measure out of range, which is a slip of the user: as behind a fault.
+void LabelLoader::TellPlaceOfMeasure() {
+  FilePlace place;
+  if (source_ != nullptr) place = source_->PlaceOf(reading_.LineNumber);
+  if (place.line > 0)
+    console_.ShowFlagged("  See line " + std::to_string(place.line) + " of \"" + place.file +
+                         "\".");
+  console_.ShowFlagged(
+      "  To mend it: Check the measure against Umean= and Uscale=, which turn it into logits, and "
+      "against Hardware=, the limit of logits.");
 }
 
 // First reading: the Flanks and the element numbers.
@@ -272,7 +290,32 @@ void LabelLoader::FinishLabels() {
 void LabelLoader::FinishTargets() {
   const ElementSlot slot = CollapseTargets(design_.elements);
   if (slot.number() == 0) return;
-  SetPlacelessFault(reading_, Fault::circularTarget, DescribeElement(design_, slot));
+  FailAtTargetOf(slot);
+}
+
+// The fault of a chain that grew too long at its end stands at the line that gave the element its
+// target: the last one.  The lines are looked through again for it.
+void LabelLoader::FailAtTargetOf(ElementSlot slot) {
+  ElementFinder finder(design_.flanks, design_.elements);
+  LabelLines lines(file_);
+  LabelLine line;
+  std::string text;
+  std::int64_t lineNumber = 0;
+  while (lines.Next(line)) {
+    if (line.beginsFlank) {
+      flank_ = FlankNo(ParseInteger(line.fields[kFlankNumberField], design_.FlankCount).value);
+      continue;
+    }
+    const std::string_view target = line.fields[kTargetField];
+    if (target.empty() || target.front() == '-') continue;
+    const SlotRange slots = SlotsOfLine(line, finder);
+    if (slot.number() < slots.low.number() || slots.high.number() < slot.number()) continue;
+    text = line.text;
+    lineNumber = line.lineNumber;
+  }
+  reading_.SourceLine = text;
+  reading_.LineNumber = lineNumber;
+  SetSpecificationFault(reading_, Fault::circularTarget);
 }
 
 // The Flank table of a run without elements.

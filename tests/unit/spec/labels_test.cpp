@@ -281,6 +281,8 @@ TEST(Labels, MeasureBeyondHardwareStopsTheRun) {
   ASSERT_EQ(bench.dialogs.boxes.size(), 1u);
   EXPECT_THAT(bench.dialogs.boxes[0],
               HasSubstr("Failure (20)! Anchor value outside range: -80 (1,1,Ann)"));
+  EXPECT_THAT(bench.screen(), HasSubstr("  See line 4 of \""));
+  EXPECT_THAT(bench.screen(), HasSubstr("\".\n  To mend it: Check the measure against Umean= "));
   EXPECT_FALSE(IsStopping(SpecBench(Elements("1=Ann,79.9\n")).process.control));
 }
 
@@ -313,8 +315,16 @@ TEST(Labels, ChainOfElevenTargetsIsRefusedFromEitherEnd) {
     upward += line;
     downward = line + downward;
   }
-  EXPECT_EQ(SpecBench(Elements(upward + "11=e\n")).fault(), Fault::circularTarget);
-  EXPECT_EQ(SpecBench(Elements("11=e\n" + downward)).fault(), Fault::circularTarget);
+  // The elements begin in line 4.  Upward the whole chain is seen at its end only, and the first
+  // element has too many behind it; downward the last line makes it too long.
+  SpecBench fromItsStart(Elements(upward + "11=e\n"));
+  EXPECT_EQ(fromItsStart.fault(), Fault::circularTarget);
+  EXPECT_EQ(fromItsStart.faultLine(), 4);
+  EXPECT_THAT(fromItsStart.faultText(), HasSubstr("1=e,,,,2"));
+  SpecBench fromItsEnd(Elements("11=e\n" + downward));
+  EXPECT_EQ(fromItsEnd.fault(), Fault::circularTarget);
+  EXPECT_EQ(fromItsEnd.faultLine(), 14);
+  EXPECT_THAT(fromItsEnd.faultText(), HasSubstr("1=e,,,,2"));
 }
 
 TEST(Labels, LeaveTheLineNumberForDataInLine) {
