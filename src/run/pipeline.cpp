@@ -39,6 +39,10 @@
 namespace flanks {
 namespace {
 
+constexpr std::string_view kFlanksAmongExtras =
+    "Put Flanks= and the number in front of it among the Extra specifications: they are read "
+    "before the file.";
+
 // Every setting to its default, the Flank counts to 0, no model and no scale.  The fresh state is
 // made off the stack, which it would strain.
 void ResetDefaults(Analysis& analysis) {
@@ -55,13 +59,16 @@ std::string SpecificationPlace(const Analysis& analysis, std::int64_t lineNumber
 }
 
 // The fault's own cure, but for a "%" line: it is read as it stands only behind the limits of
-// include files, and then its fields are not what is wrong with it.
+// include files, and then its fields are not what is wrong with it.  And but for an Extra in need
+// of Flanks=: it is read before the file.
 std::string_view CureOf(const ReadState& reading) {
   const bool ofLine = reading.FaultCode == Fault::notSpecificationValue ||
                       reading.FaultCode == Fault::tooFewDataFields;
   if (ofLine && Trim(reading.SourceLine).starts_with('%'))
     return "Include files nest more than 20 deep here (or are more than 10,000), so that this line "
            "includes nothing: see whether a file includes itself.";
+  if (reading.FaultCode == Fault::flanksFirst && reading.fault.name == kExtraSpecificationsName)
+    return kFlanksAmongExtras;
   return FaultCure(reading.FaultCode);
 }
 

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "spec/file_names.h"
 #include "spec/keyword_table.h"
+#include "spec/list_reading.h"
 #include "spec/specification_reader.h"
 
 namespace flanks {
@@ -14,7 +15,6 @@ namespace {
 
 constexpr char kQuote = '"';
 constexpr std::string_view kCommandLineName = "Command line";
-constexpr std::string_view kExtrasName = "Extra specifications";
 
 // Takes the next token off `rest`.  False when its quote does not close.
 bool TakeToken(std::string_view& rest, std::string& token) {
@@ -84,7 +84,7 @@ void ApplyExtra(SpecContext& context, const std::string& specification) {
     ApplySpecification(context);
   if (!reading.faulty()) return;
   ShowLineOfFault(reading);
-  reading.fault.name = kExtrasName;
+  reading.fault.name = kExtraSpecificationsName;
 }
 
 }  // namespace
@@ -153,7 +153,7 @@ void ApplyExtraSpecifications(Run& run) {
   const ExtraList list = CutExtraSpecifications(text);
   if (list.fault != Fault::none) {
     FaultParticulars particulars = TextAtFault(list.faultText);
-    particulars.name = kExtrasName;
+    particulars.name = kExtraSpecificationsName;
     return SetFault(context.reading, list.fault, std::move(particulars));
   }
   context.state.ReadingExtras = true;

@@ -1,5 +1,6 @@
 #include "spec/keyword_table.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
@@ -87,7 +88,7 @@ constexpr KeywordRow kRows[] = {
     {"J", 10, "Juxtapose=", SetJuxtapose},
     {"K", 11, "Keepzero=", SetNull},
     {"L", kLabels, "Labels=", CopyLabels},
-    {"M", 13, "Models=", ReadModels},
+    {"M", kModels, "Models=", ReadModels},
     {"N", 14, "Noncenter=", SetNoncenter},
     {"O", kOutput, "Output=", SetOutput},
     {"P", 16, "Positive=", SetPositive},
@@ -129,13 +130,22 @@ void PassOver(SpecContext& context, const KeywordRow& row) {
     context.state.EndOfSpecification = true;
 }
 
-// "Umean 50" is a keyword without a value, which is as a rule not what was meant.
-void TellMissingSign(SpecContext& context) {
+// A keyword that has a meaning without a value: its list, or the data, follow.
+bool MayStandAlone(int code) {
+  using namespace keyword_code;
+  constexpr std::array kAlone = {kData, kLabels, kModels, kGlabel};
+  return std::find(kAlone.begin(), kAlone.end(), code) != kAlone.end();
+}
+
+// "Umean 50" is a keyword without a value, and a stray word is one too: as a rule not what was
+// meant.
+void TellMissingSign(SpecContext& context, const KeywordRow& row) {
   const ReadState& reading = context.reading;
   const std::string_view source = reading.SourceLine;
   const std::string_view line = Trim(source.substr(0, source.find(';')));
   const bool twoWords = reading.CurrentLine.find(' ') != std::string::npos;
-  if (!twoWords || line.find_first_of("=,\t") != std::string_view::npos) return;
+  if (line.find_first_of("=,\t") != std::string_view::npos) return;
+  if (!twoWords && MayStandAlone(row.code)) return;
   context.console.ShowFlagged(
       JoinNumber("There is no \"=\" in line", reading.LineNumber) +
       ", so this is a keyword without a value: " + std::string(ShownPart(line)));
@@ -176,7 +186,7 @@ void ApplySpecification(SpecContext& context) {
   const KeywordRow* row = ResolveKeyword(reading.CurrentLine);
   if (row == nullptr) return NotUnderstood(context);
   if (WhereSeen(state, row->code) != SeenIn::nowhere) return PassOver(context, *row);
-  TellMissingSign(context);
+  TellMissingSign(context, *row);
   MarkSeen(state, row->code, state.ReadingExtras ? SeenIn::extras : SeenIn::file);
   if (row->handler != nullptr) row->handler(context);
 }

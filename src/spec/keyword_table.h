@@ -55,6 +55,7 @@ constexpr int kData = 4;
 constexpr int kEnteredInData = 5;
 constexpr int kFlanks = 6;
 constexpr int kLabels = 12;
+constexpr int kModels = 13;
 constexpr int kOutput = 15;
 constexpr int kRatingScale = 18;
 constexpr int kGlabel = 56;

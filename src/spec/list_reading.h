@@ -15,6 +15,7 @@
 namespace flanks {
 
 constexpr std::string_view kSpecificationName = "Specification";  // in faults
+constexpr std::string_view kExtraSpecificationsName = "Extra specifications";
 
 // As much of a line as a message shows.
 std::string_view ShownPart(std::string_view line);

@@ -80,6 +80,20 @@ TEST(Pipeline, ATableThatIsSwitchedOffIsNotWritten) {
   EXPECT_TRUE(Holds(report, "Table 7.1.1"));
 }
 
+TEST(Pipeline, TheCureOfAMissingFlanksIsWhereTheKeywordStands) {
+  AnalysisRun extra;
+  extra.Analyze(kSpecification, "Entered=2,1");
+  EXPECT_TRUE(Holds(extra.Screen(), "Error F34"));
+  EXPECT_TRUE(Holds(extra.Screen(), "  To mend it: Put Flanks= and the number in front of it among "
+                                    "the Extra specifications"));
+  AnalysisRun mended;
+  EXPECT_EQ(mended.Analyze(kSpecification, "Flanks=2 Entered=1,2"), 0) << mended.Screen();
+  AnalysisRun file;
+  file.Analyze("Entered=2,1\n" + std::string(kSpecification));
+  EXPECT_TRUE(Holds(file.Screen(), "Error F34"));
+  EXPECT_FALSE(Holds(file.Screen(), "among the Extra specifications"));
+}
+
 TEST(Pipeline, TheTimeIsInTheReportWithIterationDetails) {
   AnalysisRun run;
   run.shell.clockStep = 3725 * 1000;

@@ -153,7 +153,7 @@ const EchoCase kEchoes[] = {
     {"UTF8encoded=No", "UTF8encoded = N"},
     {"UTF8encoded=?", ""},
     {"Vertical=1*,2A", "Vertical ruler definitions = 1*,2A"},
-    {"Vertical=N", ""},
+    {"Vertical=N", "Vertical ruler definitions = N"},
     {"Whexact=No", "WHexact - Wilson-Hilferty standardization = N"},
     {"Write=Yes", "Write iteration residuals in output file = yes"},
     {"Xtreme=.2", "Xtreme scores adjusted by = .2,.5  ;(estimation, bias)"},
@@ -339,6 +339,8 @@ TEST(KeywordHints, TellWhatWasNotTaken) {
       {"Umean=1,2,-1", "The value -1 is out of range and taken as 0: Umean=1,2,-1"},
       {"Flanks=0", "There are no Flanks by line 1: Flanks=0"},
       {"Flanks 2", "There is no \"=\" in line 1, so this is a keyword without a value: Flanks 2"},
+      {"Arrange", "There is no \"=\" in line 1, so this is a keyword without a value: Arrange"},
+      {"abc ; stray", "There is no \"=\" in line 1, so this is a keyword without a value: abc"},
       {"Title My test ; = is missing",
        "There is no \"=\" in line 1, so this is a keyword without a value: Title My test"},
   };
@@ -353,7 +355,7 @@ TEST(KeywordHints, TellWhatWasNotTaken) {
 }
 
 TEST(KeywordHints, SayNothingOfWhatIsAsItShouldBe) {
-  for (const std::string line : {"Labels", "Beep", "Rating scale,a,R3",
+  for (const std::string line : {"Labels", "Models", "Data", "GL", "Arrange=", "Rating scale,a,R3",
                                  "Heading lines=", "Uscale=", "Standard errors\tReal", "*"}) {
     SpecRun test;
     test.Read("Flanks=2\n" + line + "\n*\n");
