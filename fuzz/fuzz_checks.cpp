@@ -214,7 +214,6 @@ void RequireSettings(const Settings& settings) {
         settings.Zscore[0], settings.Zscore[1]})
     Require(Finite(value), "a setting is finite", std::to_string(value));
   Require(settings.Uscale != 0.0f, "Uscale is not 0");
-  Require(settings.Iterations >= 0, "Iterations");
   Require(settings.NullElement >= -1 && settings.NullElement <= 2147483646, "the null element");
 }
 
