@@ -126,6 +126,16 @@ std::string OutcomeOf(std::string_view digits, const std::string& lines, PlainLi
   return outcome;
 }
 
+// The short cut looks a label up before it knows whether the line has all its fields, so that what
+// it says of sorting the labels may come earlier, or of a line that is at fault.
+std::string WithoutSorting(std::string outcome) {
+  constexpr std::string_view kSorting = "Sorting labels for flank ";
+  for (std::size_t at = outcome.find(kSorting); at != std::string::npos;
+       at = outcome.find(kSorting, at))
+    outcome.erase(at, outcome.find('\n', at) - at + 1);
+  return outcome;
+}
+
 void CheckLines(std::string_view input) {
   GoToScratchFolder();
   const std::size_t end = std::min(input.find('\n'), input.size());
@@ -137,8 +147,9 @@ void CheckLines(std::string_view input) {
   for (std::string_view line; cursor.Next(line);) CheckSplit(line, rules);
   // A line so long that it has too many fields.
   if (digits.ends_with("7777")) CheckSplit(lines + std::string(kMostFields, ','), rules);
-  const std::string quick = OutcomeOf(digits, lines, PlainLines::shortCut);
-  const std::string general = OutcomeOf(digits, lines, PlainLines::generalProcedure);
+  const std::string quick = WithoutSorting(OutcomeOf(digits, lines, PlainLines::shortCut));
+  const std::string general =
+      WithoutSorting(OutcomeOf(digits, lines, PlainLines::generalProcedure));
   Require(quick == general, "the short cut does what the general procedure does",
           quick + "\n---- and not\n" + general);
 }

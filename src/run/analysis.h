@@ -19,6 +19,7 @@
 #include "run/report_state.h"
 #include "run/scale_tables.h"
 #include "run/settings.h"
+#include "run/unexpected_responses.h"
 #include "run/work_files.h"
 
 namespace flanks {
@@ -44,7 +45,7 @@ struct SpecificationState {
 
   std::string SeenCodes =
       std::string(70, ' ');  // blank, 'X' taken from the extras, 'S' from the file
-  KeptLines IgnoredLines;  // for Table 1: comments with ";;", duplicate specifications
+  KeptLines IgnoredLines;    // for Table 1: comments with ";;", duplicate specifications
   std::vector<std::string> includedFiles;  // a report may not replace them
   std::string ExtraSpecifications;
   bool ReadingExtras = false;
@@ -68,7 +69,8 @@ struct Analysis {
   ScaleTables scales;         // thresholds, flags, category counts    written by estimate/
   Estimates estimates;        // measures, status, statistics          written by estimate/, stats/
   DisjointSubsets subsets;    // what the data do not connect         written by estimate/
-  ReportState report;         // title, headings, output switch        written by report/
+  UnexpectedResponses unexpected;  // what Table 4 lists                written by stats/
+  ReportState report;              // title, headings, output switch        written by report/
 };
 
 }  // namespace flanks

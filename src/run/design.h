@@ -172,6 +172,7 @@ struct GroupLabel {
   FlankNo flank;
   std::int32_t group = 0;
   std::string label;
+  std::int64_t line = 0;  // in the Specification; 0: not from a line
 };
 
 // What the Specification describes.  Written by spec/; const once the data pass has ended.

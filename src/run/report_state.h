@@ -36,6 +36,9 @@ struct ReportState {
   int ruleTag = 0;
   int linesSinceHeading = 0;  // Kept: nothing advances it (docs/quirks.md)
 
+  // What the rulers of Table 6 span, logits: the range of the graphs.
+  float GraphLow = 0.0f, GraphHigh = 0.0f;
+
   WebpageLine webpage = WebpageLine();  // blank-run and first-line state of mode W
 };
 

@@ -24,6 +24,7 @@ struct DvalueEntry {
   std::int32_t start = 0;         // columns within the source; 0: "$G", the group number
   std::int32_t length = 0;
   std::string asWritten;
+  std::int64_t line = 0;  // in the Specification; 0: not from a line
 };
 
 struct Settings {
