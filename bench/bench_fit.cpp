@@ -1,7 +1,8 @@
-// The pass after convergence beside a JMLE pass (secant method) over the same work files: 10
+// The passes after convergence beside a JMLE pass (secant method) over the same work files: 10
 // million observations of 3 positions.  The fit pass evaluates the kernel once for the observation
 // and once for each position, and adds twenty sums for each position where JMLE adds three; it may
-// cost four JMLE passes.
+// cost four JMLE passes.  The residual pass evaluates the kernel once, where JMLE does twice, and
+// keeps the rows of Table 4: none, the default hundred, or all that are unexpected.
 #include <benchmark/benchmark.h>
 #include <memory>
 #include <random>
@@ -12,6 +13,8 @@
 #include "estimate/jmle_pass.h"
 #include "stats/fair_average.h"
 #include "stats/fit_pass.h"
+#include "stats/residual_pass.h"
+#include "stats/unexpected_list.h"
 #include "support/pass_design.h"
 
 namespace flanks {
@@ -119,6 +122,20 @@ void Fit(benchmark::State& state, const FitCase& c) {
   Finish(state);
 }
 
+// `T4maximum` rows at most.  The ratings are random, so some 4 in 100 are unexpected.
+void Residuals(benchmark::State& state, const FitCase& c, std::int32_t T4maximum) {
+  PassDesign& data = DataOf(c);
+  ResidualPass pass(data.parts());
+  std::size_t kept = 0;
+  for (auto _ : state) {
+    UnexpectedList list(3.0f, T4maximum, data.design.ModelFlankCount);
+    benchmark::DoNotOptimize(pass.Run(list));
+    kept = list.Finish().rows.size();
+  }
+  state.counters["kept"] = static_cast<double>(kept);
+  Finish(state);
+}
+
 const bool registered = [] {
   static constexpr FitCase kCases[] = {
       {"5 categories, by person", Order::byPerson, 4, 1},
@@ -137,6 +154,11 @@ const bool registered = [] {
     };
     add("JMLE", Jmle);
     add("Fit", Fit);
+    add("Residuals", [](benchmark::State& state, const FitCase& fit) { Residuals(state, fit, 0); });
+    add("Residuals, 100 kept",
+        [](benchmark::State& state, const FitCase& fit) { Residuals(state, fit, 100); });
+    add("Residuals, all kept",
+        [](benchmark::State& state, const FitCase& fit) { Residuals(state, fit, 2'000'000'000); });
   }
   return true;
 }();

@@ -14,6 +14,8 @@
 #include "estimate/iteration.h"
 #include "report/format/fixed_field.h"
 #include "report/format/join_number.h"
+#include "report/table4.h"
+#include "report/table5.h"
 #include "report/table7.h"
 #include "run/fault_cures.h"
 #include "run/guard.h"
@@ -183,10 +185,12 @@ constexpr Step kAnalysisSteps[] = {
     {"Iterate", Iterate},
     {"CalculateFit", CalculateFit},
     {"ComputeAgreement", ComputeAgreement},
+    {"WriteTable5", WriteTable5},
     {"SummarizeFit", SummarizeFit},
     {"TellWhatIsNotWritten", TellWhatIsNotWritten},
     {"TellSubsets", TellSubsets},
     {"WriteTable7", WriteTable7},
+    {"WriteTable4", WriteTable4},
 };
 
 // The process ends at a number that cannot be computed: the user is told where it stands.

@@ -67,7 +67,6 @@ using A = const Analysis&;
 constexpr Unwritten kNotWritten[] = {
     {"The list of subsets (Subsets=)",
      [](A a) { return a.settings.Subsets == 'R' || a.settings.Subsets == 'L'; }},
-    {"Table 5 (Tables=)", [](A a) { return IsTableAsked(a, {5}, {}); }},
     {"The Anchor file (Anchorfile=)", [](A a) { return !a.settings.AnchorFile.empty(); }},
     {"The Score file (Scorefile=)", [](A a) { return !a.settings.ScoreFile.empty(); }},
     {"The Graph file (Graphfile=)", [](A a) { return !a.settings.GraphFile.empty(); }},
@@ -84,10 +83,6 @@ constexpr Unwritten kNotWritten[] = {
     {"Table 8, the categories of the scales (Barchart=, T8NBC=),",
      [](A a) {
        return IsTableAsked(a, {8}, {"Barchart", "T8NBC"});
-     }},
-    {"Table 4, the unexpected responses (T4MAX=, Unexpected=, Usort=),",
-     [](A a) {
-       return IsTableAsked(a, {4}, {"T4MAX", "Unexpected", "Usort"});
      }},
     {"The set of bias Tables, 9 to 14 (B in Models=, Zscore=),",
      [](A a) {

@@ -1,0 +1,113 @@
+#include "report/table4.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "report/format/fixed_field.h"
+#include "report/format/join_number.h"
+#include "report/table4_columns.h"
+#include "report/table4_sort.h"
+#include "run/analysis.h"
+#include "run/console.h"
+#include "run/messages.h"
+#include "run/report_page.h"
+#include "stats/residual_pass.h"
+
+namespace flanks {
+namespace {
+
+constexpr int kCategoryWidth = 3;
+constexpr int kFigureWidth = 5;
+constexpr int kFigureDecimals = 1;
+constexpr std::size_t kSequenceWidth = 9;  // of its heading
+
+void RenewResiduals(Run& run) {
+  const UnexpectedResponses& kept = run.analysis.unexpected;
+  const Settings& settings = run.analysis.settings;
+  const bool current =
+      kept.filled && kept.Unexpected == settings.Unexpected && kept.T4maximum == settings.T4maximum;
+  if (current) return;
+  if (kept.filled) run.console.ShowLine(" recomputing residuals ....");
+  ComputeResiduals(run);
+}
+
+FigureTexts FiguresOf(const KeptResponse& row) {
+  const auto figure = [](float value) { return FixedField(value, kFigureWidth, kFigureDecimals); };
+  return {FixedFieldInteger(row.category, kCategoryWidth, 0),
+          FixedFieldInteger(row.score, kCategoryWidth, 0), figure(row.expected),
+          figure(row.residual), figure(row.StRes)};
+}
+
+// Behind the box, under its heading.
+std::string SequenceText(std::int64_t sequence) {
+  const std::string number = " " + std::to_string(sequence);
+  return std::string(kSequenceWidth - std::min(kSequenceWidth, number.size()), ' ') + number;
+}
+
+void BeginBox(Console& console, const Table4Layout& layout, const std::string& title) {
+  TableHeading(console, title);
+  ReportState& report = console.report();
+  report.headingRows = layout.headingRows;
+  report.headingRowsInUse = 2;
+  report.rulePattern = layout.rulePattern;
+  report.ruleTag = 0;
+  TopRule(console);
+  HeadingRows(console);
+}
+
+// The headings once more, below the last row.
+void EndBox(Console& console, const Table4Layout& layout) {
+  MidRule(console);
+  WriteReportLine(console, layout.headingRows[1]);
+  BottomRule(console);
+}
+
+void WriteRows(Run& run, const Table4Layout& layout, std::string_view order) {
+  Console& console = run.console;
+  const UnexpectedResponses& kept = run.analysis.unexpected;
+  const ElementTable& elements = run.analysis.design.elements;
+  for (const std::uint32_t row : SortResponses(kept, elements, order)) {
+    if (console.YieldToWindow()) return;
+    Juxtapose(console);
+    const KeptResponse& response = kept.rows[row];
+    WriteReportLine(console,
+                    ResponseLine(layout, elements, FiguresOf(response), kept.ElementsOf(row)) +
+                        SequenceText(response.sequence));
+  }
+  EndBox(console, layout);
+}
+
+}  // namespace
+
+void WriteTable4(Run& run) {
+  Console& console = run.console;
+  const Settings& settings = run.analysis.settings;
+  SelectTable(console, 4);
+  if (console.report().switchedOff) return;
+  if (settings.T4maximum <= 0) return console.ShowAndWrite("Table 4 not output. T4maximum = 0");
+  RenewResiduals(run);
+  if (console.stopping()) return;
+  const UnexpectedResponses& kept = run.analysis.unexpected;
+  if (kept.elements.size() != kept.rows.size() * static_cast<std::size_t>(kept.width))
+    return console.FailureStop(message::kTable4SortLength);
+  const std::string none =
+      JoinNumber(" *** No unexpected observation with StRes >=", settings.Unexpected);
+  const Table4Layout layout = LayOutTable4(run.analysis, kept.rows.empty() ? none : "");
+  int subtable = 0;
+  for (const std::string& order : ReadUsort(settings.Usort)) {
+    const std::string title = "Table 4." + std::to_string(++subtable) + " Unexpected Responses (" +
+                              std::to_string(kept.rows.size()) + " residuals sorted by " +
+                              OrderText(order, kept.width) + ")";
+    BeginBox(console, layout, title);
+    if (kept.rows.empty()) {
+      WriteReportLine(console, LineAcross(layout, none));
+      BottomRule(console);
+    } else {
+      WriteRows(run, layout, order);
+    }
+    if (console.stopping()) return;
+  }
+}
+
+}  // namespace flanks
