@@ -63,10 +63,12 @@ std::string MeanWords(const Table7Layout& layout, double count) {
   return JoinNumber("Mean (Cnt:", rows) + ")";
 }
 
-void WriteMeans(Console& console, const Table7Layout& layout, const MeasureSummary& summary) {
+void WriteMeans(Console& console, const Table7Layout& layout, const MeasureSummary& summary,
+                const std::string& group) {
   const Settings& settings = console.settings();
   const auto write = [&](Figure figure, const std::string& words) {
-    WriteReportLine(console, FootLine(settings, layout, FootFigures(summary, figure), words));
+    WriteReportLine(console,
+                    FootLine(settings, layout, FootFigures(summary, figure), words, group));
   };
   write(Mean, MeanWords(layout, summary.Count));
   write(PopulationDeviation, "S.D. (Population)");
@@ -126,22 +128,13 @@ void WriteChiSquares(Console& console, const Table7Sets& sets, float tinyValue,
     WriteChiSquare(console, *random, prefix, ",  Random (normal)");
 }
 
-// The pairs of ratings over the whole run.
-void WriteAgreement(Console& console, const RaterAgreement& agreement) {
-  const double pairs = agreement.AgreementOpportunities;
-  const auto percent = [pairs](double part) {
-    return OneDecimalText(pairs > 0.0 ? 100.0 * part / pairs : 0.0);
-  };
-  WriteReportLine(console, "Inter-Rater agreement opportunities: " + NumberText(pairs) +
-                               "  Exact agreements: " + NumberText(agreement.AgreementExact) +
-                               " = " + percent(agreement.AgreementExact) +
-                               "%  Expected: " + OneDecimalText(agreement.AgreementExpected) +
-                               " = " + percent(agreement.AgreementExpected) + "%");
+bool HasExtremes(const Table7Sets& sets) {
+  return sets.SummaryWith.Count > sets.SummaryWithout.Count;
 }
 
 void WriteStatistics(Console& console, const Analysis& analysis, FlankNo flank,
                      const Table7Sets& sets) {
-  const bool extremes = sets.SummaryWith.Count > sets.SummaryWithout.Count;
+  const bool extremes = HasExtremes(sets);
   const float tiny = analysis.estimates.TinyValue;
   if (sets.SummaryWith.Count < 2.0) return;
   if (extremes) {
@@ -165,16 +158,32 @@ void AddToSets(const Analysis& analysis, ElementSlot slot, Table7Sets& sets) {
   sets.measured.push_back({row.measure, row.standardError});
 }
 
+void WriteFootRows(Console& console, const Table7Layout& layout, const Table7Sets& sets,
+                   const std::string& group) {
+  if (sets.SummaryWithout.Count > 0.0) WriteMeans(console, layout, sets.SummaryWithout, group);
+  if (HasExtremes(sets)) WriteMeans(console, layout, sets.SummaryWith, group);
+}
+
 void WriteTable7Foot(Console& console, const Analysis& analysis, const Table7Layout& layout,
                      const Table7Sets& sets) {
-  const bool extremes = sets.SummaryWith.Count > sets.SummaryWithout.Count;
   MidRule(console);
-  if (sets.SummaryWithout.Count > 0.0) WriteMeans(console, layout, sets.SummaryWithout);
-  if (extremes) WriteMeans(console, layout, sets.SummaryWith);
+  WriteFootRows(console, layout, sets);
   BottomRule(console);
   WriteStatistics(console, analysis, layout.flank, sets);
+}
+
+void WriteAgreement(Console& console, const Analysis& analysis, FlankNo flank) {
   const RaterAgreement& agreement = analysis.estimates.agreement;
-  if (agreement.raterFlank == layout.flank) WriteAgreement(console, agreement);
+  if (agreement.raterFlank != flank) return;
+  const double pairs = agreement.AgreementOpportunities;
+  const auto percent = [pairs](double part) {
+    return OneDecimalText(pairs > 0.0 ? 100.0 * part / pairs : 0.0);
+  };
+  WriteReportLine(console, "Inter-Rater agreement opportunities: " + NumberText(pairs) +
+                               "  Exact agreements: " + NumberText(agreement.AgreementExact) +
+                               " = " + percent(agreement.AgreementExact) +
+                               "%  Expected: " + OneDecimalText(agreement.AgreementExpected) +
+                               " = " + percent(agreement.AgreementExpected) + "%");
 }
 
 }  // namespace flanks

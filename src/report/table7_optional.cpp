@@ -50,19 +50,8 @@ bool ShowsAgreement(const Analysis& analysis, FlankNo flank) {
   return analysis.estimates.agreement.raterFlank == flank;
 }
 
-// Two group numbers among the measured elements; 0, no group, is one of them.
 bool ShowsGroup(const Analysis& analysis, FlankNo flank) {
-  const SlotRange range = ElementsOf(analysis, flank);
-  bool found = false;
-  std::int16_t first = 0;
-  for (const ElementSlot slot : Upward(range.low, range.high)) {
-    if (!IsInPlay(analysis.estimates.elements[slot].ElementStatus)) continue;
-    const std::int16_t group = analysis.design.elements.ElementGroup[slot];
-    if (found && group != first) return true;
-    found = true;
-    first = group;
-  }
-  return false;
+  return MeasuredGroups(analysis, flank).size() > 1;
 }
 
 bool ShowsWeight(const Analysis& analysis, FlankNo flank) {
@@ -108,6 +97,21 @@ std::vector<std::string> EmptyCells(Table7Column column) {
 
 std::span<const Table7OptionalColumn> Table7OptionalColumns() {
   return kColumns;
+}
+
+std::vector<std::int16_t> MeasuredGroups(const Analysis& analysis, FlankNo flank) {
+  std::vector<std::int16_t> numbers;
+  const SlotRange range = ElementsOf(analysis, flank);
+  for (const ElementSlot slot : Upward(range.low, range.high)) {
+    const std::int16_t status = analysis.estimates.elements[slot].ElementStatus;
+    if (!IsInPlay(status) && !IsExtreme(status)) continue;
+    const std::int16_t group = analysis.design.elements.ElementGroup[slot];
+    // Elements of one group stand together as a rule.
+    if (numbers.empty() || numbers.back() != group) numbers.push_back(group);
+  }
+  std::sort(numbers.begin(), numbers.end());
+  numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+  return numbers;
 }
 
 double UserDisplacement(const Analysis& analysis, ElementSlot slot) {

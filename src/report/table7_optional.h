@@ -5,6 +5,7 @@
 #ifndef FLANKS_REPORT_TABLE7_OPTIONAL_H
 #define FLANKS_REPORT_TABLE7_OPTIONAL_H
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -42,6 +43,10 @@ std::vector<std::string> FullCells(const Analysis& analysis, Table7Column column
 std::vector<std::string> UnfittedCells(const Analysis& analysis, Table7Column column,
                                        ElementSlot slot);
 std::vector<std::string> FootCells(Table7Column column, const MeasureRow& figures);
+
+// The group numbers of a Flank's measured elements, extreme ones among them, ascending; 0, no
+// group, is a number like the others.
+std::vector<std::int16_t> MeasuredGroups(const Analysis& analysis, FlankNo flank);
 
 // The displacement in user units, with the sign that the measure shows.
 double UserDisplacement(const Analysis& analysis, ElementSlot slot);

@@ -155,13 +155,17 @@ std::string ElementLine(const Analysis& analysis, const Table7Layout& layout, El
 }
 
 std::string FootLine(const Settings& settings, const Table7Layout& layout,
-                     const MeasureRow& figures, const std::string& words) {
+                     const MeasureRow& figures, const std::string& words,
+                     const std::string& group) {
   EditLine line = BeginRow(layout, layout.footRow, words);
   AppendScores(line, figures);
   line.EditDouble(figures.fairAverage);
   AppendMeasure(line, settings, figures);
   AppendFit(line, figures);
-  for (const Table7Column column : layout.optional) AppendCells(line, FootCells(column, figures));
+  for (const Table7Column column : layout.optional) {
+    const bool named = column == Table7Column::group && !group.empty();
+    AppendCells(line, named ? std::vector<std::string>{group} : FootCells(column, figures));
+  }
   return EndRow(line, layout, words);
 }
 

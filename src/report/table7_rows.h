@@ -27,9 +27,11 @@ MeasureRow FiguresOf(const Analysis& analysis, ElementSlot slot);
 
 std::string ElementLine(const Analysis& analysis, const Table7Layout& layout, ElementSlot slot);
 
-// A row of the foot block: `figures` under the columns, `words` in the label column.
+// A row of the foot block: `figures` under the columns, `words` in the label column, `group` in the
+// Group column.
 std::string FootLine(const Settings& settings, const Table7Layout& layout,
-                     const MeasureRow& figures, const std::string& words);
+                     const MeasureRow& figures, const std::string& words,
+                     const std::string& group = "");
 
 }  // namespace flanks
 

@@ -12,6 +12,7 @@ namespace {
 constexpr char kPageBreak = '^';
 constexpr char kFormFeed = '\f';
 constexpr int kTables = 14;
+constexpr std::size_t kTableWord = 6;  // "Table "
 
 // What the line becomes in the mode in force; false when a hidden box leaves nothing of it.
 bool ConvertLine(ReportState& report, const Settings& settings, std::string_view line,
@@ -34,13 +35,20 @@ bool ConvertLine(ReportState& report, const Settings& settings, std::string_view
   return true;
 }
 
+// Where a report breaks off: "in Table 7.1.2".
+std::string PlaceOf(const std::string& tableTitle) {
+  return tableTitle.empty() ? "where this happened"
+                            : "in " + tableTitle.substr(0, tableTitle.find(' ', kTableWord));
+}
+
 // A report that cannot be written costs no run; what was lost is said once.
 void NoticeLostReport(Console& console) {
   ReportState& report = console.report();
   if (report.file.good() || report.writeFailed) return;
   report.writeFailed = true;
   console.ShowFlagged("The report file \"" + report.fileName + "\" cannot be written any more (" +
-                      std::strerror(errno) + "): it ends where this happened. The run goes on.");
+                      std::strerror(errno) + "): it ends " + PlaceOf(report.tableTitle) +
+                      ". The run goes on.");
 }
 
 void WriteRule(Console& console, BoxPosition position) {

@@ -39,17 +39,6 @@ bool IsTableAsked(const Analysis& analysis, std::initializer_list<int> tables,
   });
 }
 
-// Whether a Flank has element groups that Table 7 is to list or to sum up.
-bool AreGroupsAsked(const Analysis& analysis) {
-  if (analysis.settings.T7LGS.find_first_of("GS") == std::string::npos) return false;
-  const FlankTable& flanks = analysis.design.flanks;
-  for (const FlankNo flank : Upward(flanks.FlankHighestGroup)) {
-    const bool allowed = flanks.FlankOptions[flank].find('N') == std::string::npos;
-    if (allowed && flanks.FlankHighestGroup[flank] > 0) return true;
-  }
-  return false;
-}
-
 // Whether a statement asks for the bias terms of a position.
 bool HasBiasMark(const Design& design) {
   for (const ModelRow model : Upward(design.models.ModelText))
@@ -77,9 +66,6 @@ constexpr Unwritten kNotWritten[] = {
      [](A a) {
        return !a.settings.verticalOff && IsTableAsked(a, {6}, {"Vertical", "Yardstick"});
      }},
-    {"The list of each element group (T7LGS=)",
-     [](A a) { return IsTableOn(a.settings, {7}) && AreGroupsAsked(a); }},
-    {"A summary of groups (Glabel=)", [](A a) { return !a.design.groupLabels.empty(); }},
     {"Table 8, the categories of the scales (Barchart=, T8NBC=),",
      [](A a) {
        return IsTableAsked(a, {8}, {"Barchart", "T8NBC"});

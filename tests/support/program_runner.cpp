@@ -104,7 +104,7 @@ bool TakeFrom(int readEnd, std::string& text) {
 // Listens to the child until it closes both pipes; kills it when the time is over.
 void Listen(const ProgramCall& call, pid_t child, std::array<int, 2> ends, ProgramResult& result) {
   const Clock::time_point deadline = Clock::now() + call.timeLimit;
-  bool interrupted = call.interruptAt.empty();
+  bool interrupted = call.interruptAt.empty(), killed = call.killAt.empty();
   while (ends[0] >= 0 || ends[1] >= 0) {
     std::array<pollfd, 2> waits{pollfd{ends[0], POLLIN, 0}, pollfd{ends[1], POLLIN, 0}};
     const auto left =
@@ -121,6 +121,10 @@ void Listen(const ProgramCall& call, pid_t child, std::array<int, 2> ends, Progr
     if (!interrupted && result.output.find(call.interruptAt) != std::string::npos) {
       interrupted = true;
       kill(child, SIGINT);
+    }
+    if (!killed && result.output.find(call.killAt) != std::string::npos) {
+      killed = true;
+      kill(child, SIGKILL);
     }
   }
 }

@@ -26,6 +26,7 @@ struct ProgramCall {
   std::map<std::string, std::string> environment;  // added to ours, or in place of it
   std::chrono::milliseconds timeLimit{60'000};     // for the whole run
   std::string interruptAt;  // Ctrl+C as soon as standard output holds this text; empty: never
+  std::string killAt;       // the same with SIGKILL, of which the child hears nothing
   std::optional<std::uint64_t> fileSizeLimit;  // bytes; a longer write fails, as on a full disk
   // Bytes of address space: what asks for more gets none.  Not for a program under the address
   // sanitizer.  Unlike the peak it does not depend on the size of the process that calls.

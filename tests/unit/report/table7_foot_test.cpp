@@ -61,6 +61,7 @@ struct Foot {
     Table7Sets sets;
     for (ElementSlot e : Upward(analysis.estimates.elements)) AddToSets(analysis, e, sets);
     WriteTable7Foot(console, analysis, layout, sets);
+    WriteAgreement(console, analysis, FlankNo(1));
     std::vector<std::string> lines;
     for (const std::string& line : shell.output) lines.push_back(BoxToAscii(line));
     return lines;

@@ -159,6 +159,8 @@ TEST(Group, ShowsForTwoGroupNumbersOfMeasuredElements) {
   t.analysis.design.elements.ElementGroup[ElementSlot(2)] = 0;
   EXPECT_EQ(t.Shown(), Columns{Table7Column::group});
   t.analysis.estimates.elements[ElementSlot(2)].ElementStatus = kStatusMinimum;
+  EXPECT_EQ(t.Shown(), Columns{Table7Column::group}) << "an extreme element has a measure";
+  t.analysis.estimates.elements[ElementSlot(2)].ElementStatus = kStatusDropped;
   EXPECT_EQ(t.Shown(), Columns{});
 }
 

@@ -42,7 +42,6 @@ TEST(NotWritten, IsToldByName) {
       {"Simulated=d.txt", "The file of simulated data (Simulated=)"},
       {"Vertical=1*", "Table 6, the rulers (Vertical=, Yardstick=),"},
       {"Tables=000001", "Table 6, the rulers (Vertical=, Yardstick=),"},
-      {"Glabel=1,2,x", "A summary of groups (Glabel=)"},
       {"T8NBC=N", "Table 8, the categories of the scales (Barchart=, T8NBC=),"},
       {"Zscore=1", "The set of bias Tables, 9 to 14 (B in Models=, Zscore=),"},
       {"Tables=00000000000001", "The set of bias Tables, 9 to 14 (B in Models=, Zscore=),"},
@@ -61,22 +60,8 @@ TEST(NotWritten, SaysNothingOfWhatNobodyAskedFor) {
   EXPECT_THAT(NotWrittenBy("Tables=11111111111111"), SizeIs(3));
 }
 
-TEST(NotWritten, GroupsOfElementsAreToldUnlessOnlyTheListOfAllIsAsked) {
-  const std::string specification =
-      "Flanks=2\nModels=?,?,R5\nLabels=\n1,Persons\n1=Ann,,1\n2=Bob,,2\n3=Cy,,2\n*\n"
-      "2,Items\n1=i1\n2=i2\n*\nData=\n1,1,3\n1,2,4\n2,1,1\n2,2,2\n3,1,2\n3,2,4\n";
-  const std::string line =
-      "The list of each element group (T7LGS=) is not written by this version of Flanks.";
-  AnalysisRun run;
-  ASSERT_EQ(run.Analyze(specification), 0) << run.Screen();
-  EXPECT_THAT(run.Screen(), HasSubstr(line));
-  AnalysisRun list;
-  ASSERT_EQ(list.Analyze(specification, "T7LGS=L"), 0) << list.Screen();
-  EXPECT_THAT(list.Screen(), Not(HasSubstr(line)));
-}
-
 TEST(NotWritten, IsAskedByTheDesignAsWell) {
-  const std::string labels = "Labels=\n1,A\n1=a,,2\n*\n2,B\n1=b\n*\n";
+  const std::string labels = "Labels=\n1,A\n1=a\n*\n2,B\n1=b\n*\n";
   for (const std::string tables : {"", "Tables=1\n"}) {
     SpecRun test;
     test.Read("Flanks=2\n" + tables + "Models=?B,?B,R\n*\n" + labels);
@@ -84,7 +69,6 @@ TEST(NotWritten, IsAskedByTheDesignAsWell) {
     std::vector<std::string> expected;
     if (tables.empty())
       expected = {
-          "The list of each element group (T7LGS=) is not written by this version of Flanks.",
           "The set of bias Tables, 9 to 14 (B in Models=, Zscore=), is not written by this version "
           "of Flanks."};
     EXPECT_EQ(NotWritten(test.analysis), expected);

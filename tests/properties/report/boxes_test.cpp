@@ -1,0 +1,158 @@
+// Every box of a report is a box: its lines are as wide as its rules, and its separators stand
+// where the rules have their junctions.  Whole runs of random designs and settings.  The seed of a
+// failing run is printed; setting FLANKS_SEED repeats it.
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <map>
+#include <random>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/text.h"
+#include "base/utf8.h"
+#include "report/format/box.h"
+#include "support/analysis_run.h"
+#include "support/random_report.h"
+#include "support/report_boxes.h"
+
+namespace flanks {
+namespace {
+
+constexpr int kTrials = 120;
+constexpr int kShownFaults = 5;
+
+std::uint64_t FirstSeed() {
+  const char* const given = std::getenv("FLANKS_SEED");
+  return given != nullptr ? std::strtoull(given, nullptr, 10) : std::random_device{}();
+}
+
+bool IsNamedRule(const ReportBox& box, std::string_view line) {
+  return box.table() == 7 && box.title.find("(arranged by Group)") != std::string::npos &&
+         !line.empty() && line.front() == kBoxLeftTee && line.find("Group ") == 2;
+}
+
+// Lines between top and bottom rule that are no part of the box.
+bool StandsBetween(const ReportBox& box, std::string_view line) {
+  // Table 3 goes on while messages of the iterations are written.
+  return box.table() == 3 && (line.empty() || !IsSeparator(line.front()));
+}
+
+// Separators of the rules that a line of a Table may leave out.  `inner` counts them from 0, the
+// ends of the box aside.
+bool MayLeaveOut(const ReportBox& box, std::size_t inner, bool leftHand) {
+  // The flag of an anchored measure stands in the place of the separator behind the averages.
+  return box.table() == 7 && inner == (leftHand ? 1u : 0u);
+}
+
+std::string ComplaintOf(const ReportBox& box, const std::string& line, bool leftHand) {
+  if (StandsBetween(box, line)) return "";
+  const std::vector<int> columns = SeparatorsOf(line);
+  if (columns.empty() || columns.front() != 0) return "does not begin with a separator";
+  if (columns.back() + 1 != box.width() || !IsSeparator(line.back()))
+    return "is " + std::to_string(columns.back() + 1) + " wide in place of " +
+           std::to_string(box.width());
+  if (IsNamedRule(box, line)) return "";
+  for (const int column : columns)
+    if (!std::binary_search(box.separators.begin(), box.separators.end(), column))
+      return "has a separator in column " + std::to_string(column);
+  for (std::size_t n = 1; n + 1 < box.separators.size(); ++n)
+    if (!std::binary_search(columns.begin(), columns.end(), box.separators[n]) &&
+        !MayLeaveOut(box, n - 1, leftHand))
+      return "has no separator in column " + std::to_string(box.separators[n]);
+  return "";
+}
+
+// What is wrong with the boxes of a report, and how many boxes there are of each Table.
+std::string ComplaintOf(const std::vector<ReportBox>& boxes, bool leftHand,
+                        std::map<int, int>& boxesOfTable) {
+  for (const ReportBox& box : boxes) {
+    ++boxesOfTable[box.table()];
+    if (!box.closed) return box.title + " has no bottom rule";
+    for (const std::string& line : box.lines) {
+      const std::string complaint = ComplaintOf(box, line, leftHand);
+      if (!complaint.empty())
+        return box.title + "\n" + BoxToUtf8(box.lines.front()) + "\n" + BoxToUtf8(line) + "\n" +
+               complaint;
+    }
+  }
+  return "";
+}
+
+TEST(ReportBoxes, HoldTheirLinesToTheirRules) {
+  const std::uint64_t first = FirstSeed();
+  std::map<int, int> boxesOfTable;
+  int completed = 0, faults = 0;
+  for (std::uint64_t seed = first; seed < first + kTrials && faults < kShownFaults; ++seed) {
+    RandomReport report(seed);
+    const std::string specification = report.Specification();
+    AnalysisRun run;
+    if (run.Analyze(specification, "Ascii=Webpage") != 0) continue;  // told by other tests
+    ++completed;
+    const bool leftHand = specification.find("Left-hand=Y") != std::string::npos;
+    const std::string complaint =
+        ComplaintOf(BoxesOf(ReportLines(run.Report())), leftHand, boxesOfTable);
+    if (complaint.empty()) continue;
+    ++faults;
+    ADD_FAILURE() << "FLANKS_SEED=" << seed << "\n" << complaint << "\n" << specification;
+  }
+  if (std::getenv("FLANKS_SEED") != nullptr) return;
+  EXPECT_GT(completed, kTrials / 2) << "FLANKS_SEED=" << first;
+  for (const int table : {3, 7})
+    EXPECT_GT(boxesOfTable[table], kTrials / 2) << "Table " << table << ", FLANKS_SEED=" << first;
+}
+
+std::vector<std::string> LinesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+// The lines of a report from Table 3 on, without blanks at their ends.
+std::vector<std::string> FromTable3(const std::vector<std::string>& lines) {
+  std::vector<std::string> found;
+  for (const std::string& line : lines)
+    if (!found.empty() || line.rfind("Table 3", 0) == 0) found.emplace_back(TrimRight(line));
+  return found;
+}
+
+// Without boxes a report is the same report: rules are left out, separators are blanks.
+TEST(ReportBoxes, HiddenLeaveTheColumnsWhereTheyAre) {
+  const std::uint64_t first = FirstSeed();
+  for (std::uint64_t seed = first; seed < first + kTrials / 6; ++seed) {
+    const std::string specification = RandomReport(seed).Specification();
+    AnalysisRun boxed, hidden;
+    if (boxed.Analyze(specification, "Ascii=Webpage") != 0) continue;
+    ASSERT_EQ(hidden.Analyze(specification, "Ascii=Webpage Box=N"), 0);
+    std::vector<std::string> expected;
+    for (const std::string& line : FromTable3(ReportLines(boxed.Report())))
+      if (!IsRuleLine(line)) expected.emplace_back(TrimRight(BoxToBlanks(line)));
+    EXPECT_EQ(FromTable3(ReportLines(hidden.Report())), expected) << "FLANKS_SEED=" << seed;
+  }
+}
+
+// Text, drawing characters and webpage are one report in three forms.
+TEST(ReportBoxes, AreTheSameInEveryForm) {
+  const std::uint64_t first = FirstSeed();
+  for (std::uint64_t seed = first; seed < first + kTrials / 6; ++seed) {
+    const std::string specification = RandomReport(seed).Specification();
+    AnalysisRun page, text, bytes;
+    if (page.Analyze(specification, "Ascii=Webpage") != 0) continue;
+    ASSERT_EQ(text.Analyze(specification, "Ascii=Y"), 0);
+    ASSERT_EQ(bytes.Analyze(specification, "Ascii=N"), 0);
+    std::vector<std::string> asText, asBytes;
+    for (const std::string& line : FromTable3(ReportLines(page.Report()))) {
+      asText.push_back(BoxToAscii(line));
+      asBytes.push_back(BoxToPcBytes(line));
+    }
+    EXPECT_EQ(FromTable3(LinesOf(text.Report())), asText) << "FLANKS_SEED=" << seed;
+    EXPECT_EQ(FromTable3(LinesOf(bytes.Report())), asBytes) << "FLANKS_SEED=" << seed;
+  }
+}
+
+}  // namespace
+}  // namespace flanks
