@@ -22,7 +22,7 @@
 namespace flanks {
 namespace {
 
-constexpr int kTrials = 120;
+constexpr int kTrials = 80;
 constexpr int kShownFaults = 5;
 
 std::uint64_t FirstSeed() {
@@ -48,20 +48,45 @@ bool MayLeaveOut(const ReportBox& box, std::size_t inner, bool leftHand) {
   return box.table() == 7 && inner == (leftHand ? 1u : 0u);
 }
 
+// Text behind the box: the place of an observation in the data, which Table 4 shows beside its row.
+bool MayStandBehind(const ReportBox& box) {
+  return box.table() == 4;
+}
+
+// A line of words instead of figures.
+bool IsSentence(const ReportBox& box, std::string_view line) {
+  return box.table() == 4 && line.find(" *** No unexpected observation") != std::string_view::npos;
+}
+
+// How far a separator may stand off its column.  Wide characters count 1.8 columns; each label is
+// rounded to whole ones by itself, so that several labels in one cell are together up to half a
+// column each off.
+int SlackOf(const ReportBox& box, std::string_view line) {
+  const bool wide = std::any_of(line.begin(), line.end(),
+                                [](char c) { return static_cast<unsigned char>(c) >= 0xE0; });
+  return wide && box.table() == 4 ? 2 : 0;
+}
+
+bool HasNear(const std::vector<int>& columns, int column, int slack) {
+  return std::any_of(columns.begin(), columns.end(),
+                     [&](int other) { return std::abs(other - column) <= slack; });
+}
+
 std::string ComplaintOf(const ReportBox& box, const std::string& line, bool leftHand) {
   if (StandsBetween(box, line)) return "";
   const std::vector<int> columns = SeparatorsOf(line);
+  const int slack = SlackOf(box, line);
   if (columns.empty() || columns.front() != 0) return "does not begin with a separator";
-  if (columns.back() + 1 != box.width() || !IsSeparator(line.back()))
+  if (!HasNear({columns.back()}, box.width() - 1, slack) ||
+      !(IsSeparator(line.back()) || MayStandBehind(box)))
     return "is " + std::to_string(columns.back() + 1) + " wide in place of " +
            std::to_string(box.width());
-  if (IsNamedRule(box, line)) return "";
+  if (IsNamedRule(box, line) || IsSentence(box, line)) return "";
   for (const int column : columns)
-    if (!std::binary_search(box.separators.begin(), box.separators.end(), column))
+    if (!HasNear(box.separators, column, slack))
       return "has a separator in column " + std::to_string(column);
   for (std::size_t n = 1; n + 1 < box.separators.size(); ++n)
-    if (!std::binary_search(columns.begin(), columns.end(), box.separators[n]) &&
-        !MayLeaveOut(box, n - 1, leftHand))
+    if (!HasNear(columns, box.separators[n], slack) && !MayLeaveOut(box, n - 1, leftHand))
       return "has no separator in column " + std::to_string(box.separators[n]);
   return "";
 }
@@ -101,7 +126,7 @@ TEST(ReportBoxes, HoldTheirLinesToTheirRules) {
   }
   if (std::getenv("FLANKS_SEED") != nullptr) return;
   EXPECT_GT(completed, kTrials / 2) << "FLANKS_SEED=" << first;
-  for (const int table : {3, 7})
+  for (const int table : {3, 4, 5, 7})
     EXPECT_GT(boxesOfTable[table], kTrials / 2) << "Table " << table << ", FLANKS_SEED=" << first;
 }
 
