@@ -42,9 +42,14 @@ std::int64_t NumberAt(std::string_view text, std::size_t at) {
   return number;
 }
 
+// Blanks, and the control characters that a reader takes for blanks.
+bool IsBlankLike(char c) {
+  return static_cast<unsigned char>(c) <= ' ';
+}
+
 // The number whose last digit stands before `end`, blanks between.
 std::int64_t NumberBefore(std::string_view text, std::size_t end) {
-  while (end > 0 && text[end - 1] == ' ') --end;
+  while (end > 0 && IsBlankLike(text[end - 1])) --end;
   std::size_t at = end;
   while (at > 0 && IsDigit(text[at - 1])) --at;
   return at == end ? 0 : NumberAt(text, at);
@@ -146,7 +151,7 @@ bool HasWideRanges(std::string_view text) {
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (text[at] != '-' && text[at] != '_') continue;
     std::size_t next = at + 1;
-    while (next < text.size() && text[next] == ' ') ++next;
+    while (next < text.size() && IsBlankLike(text[next])) ++next;
     wide += std::abs(NumberAt(text, next) - NumberBefore(text, at));
   }
   return wide > kMostElements;

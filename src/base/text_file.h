@@ -37,7 +37,7 @@ namespace flanks {
 enum class TextFileKind : std::uint8_t {
   plain,
   rtf,                 // begins with "{\"
-  unicode,             // begins with FF FE or FE FF
+  unicode,             // begins with FF FE or FE FF, or has a code 0 in its first line
   utf8,                // begins with EF BB that is no byte order mark; read all the same
   incorrectEndOfLine,  // the first line ends in a carriage return alone
 };

@@ -70,7 +70,7 @@ void DataMessages::ShowProcessed(const DataLine& line, const LineElements& eleme
   text = std::string(TrimRight(text)) + "  ";
   for (int field = design_.FirstResponseField(); field <= line.FieldCount(); ++field) {
     if (field > design_.FirstResponseField()) text += ',';
-    text += line.Field(field);
+    text += ShownPiece(line.Field(field), line.text);
   }
   console_.ShowLine(text);
 }
@@ -78,7 +78,7 @@ void DataMessages::ShowProcessed(const DataLine& line, const LineElements& eleme
 // "1 (Ann)", "9 (?)" for an unknown number, "(zz, ?)" for an unknown label, "Null, ".
 std::string DataMessages::ElementText(DataPosition position, const DataLine& line,
                                       const LineElements& elements) const {
-  std::string field = Shown(line.Field(position.number()));
+  std::string field = ShownPiece(line.Field(position.number()), line.text);
   const Position active = design_.maps.ActiveMap[position];
   if (!elements.active.has(active) || elements.active[active] == 0) return field;
   if (elements.hasRange() && elements.rangePosition == active) return field;

@@ -145,7 +145,7 @@ void WriteTable2Head(Run& run) {
   OpenResponseFile(analysis.reading.LineNumber, analysis.work);
   const Fault fault = PrepareElementFile(analysis.design, analysis.settings,
                                          analysis.reading.LineNumber, analysis.work);
-  if (fault != Fault::none) SetPlacelessFault(analysis.reading, fault, "Labels=N");
+  if (fault != Fault::none) SetFaultOfLine(analysis.reading, fault, 0, "Labels=N");
 }
 
 void WriteTable2Body(Run& run) {

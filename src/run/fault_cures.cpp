@@ -50,8 +50,8 @@ constexpr std::array kCures = {
     CureRow{Fault::twoRanges, "Keep one range, and write a line for each element of the other."},
     CureRow{Fault::noUsableData, "Look into Table 2: it tells what became of each response."},
     CureRow{Fault::allExtreme,
-            "Every score is the lowest or the highest there is: check Models= and the data in "
-            "Table 2, or add data."},
+            "Every score is the lowest or the highest there is, or every weight is 0: check "
+            "Models=, the weights and the data in Table 2, or add data."},
     CureRow{Fault::incompatibleFileUse,
             "Give a name that no other file of the run has, in a folder that can be written."},
     CureRow{Fault::dataNotSpecified,

@@ -52,6 +52,7 @@ void ReadEntry(SpecContext& context) {
   if (count > kMostDvalueFields || (count == 3 && !byGroup) || FieldAt(context.reading, 2).empty())
     return SetFault(context.reading, Fault::dvaluesForm);
   DvalueEntry entry;
+  entry.line = context.state.ReadingExtras ? 0 : context.reading.LineNumber;
   entry.position = ParseWhole(context, FieldAt(context.reading, 1), kLargestFlankCount);
   if (entry.position < 1) SetFault(context.reading, Fault::dvaluesField);
   for (int field = 2; field <= count; ++field)
@@ -107,10 +108,9 @@ void PrepareDvalues(Run& run) {
   if (entries.empty()) return;
   MakeDefaultMaps(analysis.design);
   for (const DvalueEntry& entry : entries) {
-    FaultParticulars particulars = TextAtFault("Dvalues=" + EntryText(entry));
-    particulars.name = kSpecificationName;
-    particulars.lineNumber = kNoLineNumber;
-    SetFault(analysis.reading, FaultOf(analysis.design, entries, entry), std::move(particulars));
+    const Fault fault = FaultOf(analysis.design, entries, entry);
+    if (fault == Fault::none) continue;
+    return SetFaultOfLine(analysis.reading, fault, entry.line, "Dvalues=" + EntryText(entry));
   }
 }
 

@@ -26,7 +26,8 @@ void AddGroupLabel(SpecContext& context) {
   if (reading.FieldCount < kFewestFieldsOfLine || flank.fault != NumberFault::none ||
       flank.value == 0 || group.fault != NumberFault::none)
     return SetSpecificationFault(reading, Fault::glabelForm);
-  GroupLabel label{FlankNo(flank.value), group.value, std::string(FieldAt(reading, 3))};
+  GroupLabel label{FlankNo(flank.value), group.value, std::string(FieldAt(reading, 3)),
+                   context.state.ReadingExtras ? 0 : reading.LineNumber};
   const auto sameGroup = [&](const GroupLabel& other) {
     return other.flank == label.flank && other.group == label.group;
   };
@@ -54,9 +55,9 @@ void CheckGroupLabels(const Design& design, ReadState& reading) {
       design.groupLabels.begin(), design.groupLabels.end(),
       [&design](const GroupLabel& label) { return label.flank.number() > design.FlankCount; });
   if (wrong == design.groupLabels.end()) return;
-  SetPlacelessFault(reading, Fault::glabelForm,
-                    "Glabel=" + std::to_string(wrong->flank.number()) + "," +
-                        std::to_string(wrong->group) + "," + wrong->label);
+  SetFaultOfLine(reading, Fault::glabelForm, wrong->line,
+                 "Glabel=" + std::to_string(wrong->flank.number()) + "," +
+                     std::to_string(wrong->group) + "," + wrong->label);
 }
 
 }  // namespace flanks

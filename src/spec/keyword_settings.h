@@ -1,4 +1,5 @@
-// Handlers of the keywords that set one value.
+// Handlers of the keywords that set one value of reading, estimation and output files; those of
+// what the report shows are in spec/report_settings.h.
 //
 // Each takes the fields of its line and writes one field of Settings.  A switch is judged by the
 // first letter of its value: Y is yes, anything else and an empty value is no.  Real numbers may be
@@ -41,36 +42,6 @@ void SetReplication(SpecContext& context);
 void SetUmean(SpecContext& context);
 void SetUscale(SpecContext& context);
 void SetUdecimals(SpecContext& context);
-
-// What the report shows.
-void SetArrange(SpecContext& context);  // fault invalidArrange; an empty value clears it
-void SetAscii(SpecContext& context);
-void SetBarchart(SpecContext& context);
-void SetBias(SpecContext& context);
-void SetBox(SpecContext& context);
-void SetFair(SpecContext& context);
-void SetInterRater(SpecContext& context);
-void SetJuxtapose(SpecContext& context);
-void SetLeftHand(SpecContext& context);
-void SetOmitUnobserved(SpecContext& context);
-void SetShowUnobserved(SpecContext& context);  // the same with the sense reversed
-void SetPtBiserial(SpecContext& context);
-void SetReversed(SpecContext& context);
-void SetStandardErrors(SpecContext& context);
-void SetT3onscreen(SpecContext& context);
-void SetT4MAX(SpecContext& context);
-void SetT7LGS(SpecContext& context);
-void SetT8NBC(SpecContext& context);
-void SetTables(SpecContext& context);
-void SetTitle(SpecContext& context);
-void SetTotalscore(SpecContext& context);
-void SetUnexpected(SpecContext& context);
-void SetUsort(SpecContext& context);
-void SetUtf8(SpecContext& context);  // `UTF8encoded=` and `UTF8sub=`, told apart by the keyword
-void SetVertical(SpecContext& context);
-void SetWrite(SpecContext& context);
-void SetYardstick(SpecContext& context);
-void SetZscore(SpecContext& context);
 
 // The run and its output files.
 void SetBatch(SpecContext& context);  // a Y anywhere in the value

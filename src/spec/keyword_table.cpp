@@ -15,6 +15,7 @@
 #include "spec/labels.h"
 #include "spec/list_reading.h"
 #include "spec/models.h"
+#include "spec/report_settings.h"
 #include "spec/scales.h"
 #include "spec/specification_reader.h"
 

@@ -54,6 +54,7 @@ class LabelLoader {
   void SizeElementTable();
   void ReadLabels();
   SlotRange SlotsOfLine(const LabelLine& line, ElementFinder& finder) const;
+  void TellOpenQuote(std::string_view label, std::int64_t lineNumber);
   void SetElements(const LabelLine& line, SlotRange slots);
   void SetTargets(const LabelLine& line, SlotRange slots, ElementFinder& finder);
   void FinishLabels();
@@ -73,6 +74,7 @@ class LabelLoader {
   TextWorkFile& file_;
   FlankNo flank_;       // of the block at work
   FlankNo nullWarned_;  // the last Flank with Warning (16)
+  bool openQuoteTold_ = false;
   Column<FlankNo, std::uint8_t> flankSeen_;
   std::vector<NumberRange> ranges_;
   std::int64_t numbers_ = 0;  // in ranges_
@@ -247,10 +249,21 @@ SlotRange LabelLoader::SlotsOfLine(const LabelLine& line, ElementFinder& finder)
   return {low, finder.FindElementSlot(range.high, flank_).slot};
 }
 
+// A comma ends a label, between quotes too.  Said once.
+void LabelLoader::TellOpenQuote(std::string_view label, std::int64_t lineNumber) {
+  const bool isOpen = label.size() > 1 && label.front() == '"' && label.back() != '"';
+  if (!isOpen || std::exchange(openQuoteTold_, true)) return;
+  console_.ShowFlagged("The label " + std::string(ShownPart(label)) +
+                       JoinNumber(" in line", lineNumber) +
+                       " begins with a quote mark and ends without: a comma ends a label, also "
+                       "between quotes. Write it without the comma.");
+}
+
 // What a line does not give stays as an earlier line left it.
 void LabelLoader::SetElements(const LabelLine& line, SlotRange slots) {
   ElementTable& elements = design_.elements;
   const std::string_view label = line.fields[kLabelField];
+  TellOpenQuote(label, line.lineNumber);
   reading_.LineNumber = line.lineNumber;  // a malformed weight ends the process
   const GivenValue weight = EvaluateGiven(console_, line.fields[kWeightField]);
   elements.ElementWeightsInUse =

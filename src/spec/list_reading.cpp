@@ -42,11 +42,11 @@ void SetNumberedFault(ReadState& reading, Fault fault, std::int64_t number, std:
   SetFault(reading, fault, std::move(particulars));
 }
 
-void SetPlacelessFault(ReadState& reading, Fault fault, std::string_view text) {
+void SetFaultOfLine(ReadState& reading, Fault fault, std::int64_t line, std::string_view text) {
   FaultParticulars particulars;
   particulars.text = ShownPart(text);
   particulars.name = kSpecificationName;
-  particulars.lineNumber = kNoLineNumber;
+  particulars.lineNumber = line > 0 ? line : kNoLineNumber;
   SetFault(reading, fault, std::move(particulars));
 }
 

@@ -34,8 +34,9 @@ void SetSpecificationFault(ReadState& reading, Fault fault, std::string_view tex
 void SetNumberedFault(ReadState& reading, Fault fault, std::int64_t number,
                       std::string_view text = {});
 
-// Likewise without a line: a fault that shows when the lists are put together.
-void SetPlacelessFault(ReadState& reading, Fault fault, std::string_view text = {});
+// Likewise for a fault that shows when the lists are put together: `line` is where its entry stands
+// in the Specification; 0 when it stands in no line.
+void SetFaultOfLine(ReadState& reading, Fault fault, std::int64_t line, std::string_view text);
 
 // The text work file of a list, made when it is not there yet.  `caller` is named when that fails,
 // which ends the run.

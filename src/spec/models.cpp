@@ -123,13 +123,9 @@ void MarkDataPosition(EntryMaps& maps, Position position, bool dummy) {
 }
 
 void SetStatementFault(Run& run, ModelRow model, Fault fault, std::string_view text) {
-  FaultParticulars particulars;
-  particulars.text = ShownPart(text);
-  particulars.name = kSpecificationName;
-  const std::int64_t line = run.analysis.design.models.statementLine[model];
-  particulars.lineNumber = line > 0 ? line : kNoLineNumber;
-  run.analysis.reading.SourceLine = particulars.text;
-  SetFault(run.analysis.reading, fault, std::move(particulars));
+  run.analysis.reading.SourceLine = ShownPart(text);
+  SetFaultOfLine(run.analysis.reading, fault, run.analysis.design.models.statementLine[model],
+                 text);
 }
 
 // Reads the references of one statement; false when one is at fault.

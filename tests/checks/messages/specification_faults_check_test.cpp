@@ -215,13 +215,16 @@ TEST(FaultMessages, OfOtherLists) {
         "  To mend it: Name a position of the data line, and columns from 1 on."}},
       {"a Dvalue of a position that is not there",
        Added(2, "Dvalues=5,1"),
-       {"Dvalues=5,1 Specification is: Field start or length problem in Dvalues=: Error F59"}},
+       {"Dvalues=5,1 Specification is: Field start or length problem in Dvalues=: 3 in line Error "
+        "F59"}},
       {"a Dvalue from a position that is not there",
        Added(2, "Dvalues=2,5,1,1"),
-       {"Dvalues=2,5,1,1 Specification is: Dvalues= references an undefined flank: Error F66"}},
+       {"Dvalues=2,5,1,1 Specification is: Dvalues= references an undefined flank: 3 in line Error "
+        "F66"}},
       {"a Dvalue from itself",
        Added(2, "Dvalues=2,2,1,1"),
-       {"Dvalues=2,2,1,1 Specification is: Dvalues= flanks refer to themselves: Error F68"}},
+       {"Dvalues=2,2,1,1 Specification is: Dvalues= flanks refer to themselves: 3 in line Error "
+        "F68"}},
   });
 }
 

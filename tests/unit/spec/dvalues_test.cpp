@@ -95,6 +95,12 @@ TEST(Dvalues, HaveTheirFaults) {
   for (const FaultCase& c : cases) EXPECT_EQ(DvaluesRun(c.text).fault(), c.fault) << c.text;
 }
 
+TEST(Dvalues, TheFaultOfAnEntryNamesItsLine) {
+  DvaluesRun test("Dvalues=\n1,5\n2,3,1,1\n3,2,1,1\n*\n");
+  EXPECT_EQ(test.fault(), Fault::dvaluesCircular);
+  EXPECT_EQ(test.analysis.reading.fault.lineNumber, 3);
+}
+
 TEST(Dvalues, NeedFlanks) {
   SpecRun test;
   SpecContext context = test.context();

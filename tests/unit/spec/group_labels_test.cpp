@@ -67,9 +67,9 @@ TEST(GroupLabels, BeforeFlanksAreCheckedAtTheEnd) {
   };
   const std::string fault =
       "Glabel=9,1,Boys Specification is: Format is: Glabel = flank number, group number, group "
-      "label: Error F65";
-  EXPECT_EQ(read("Glabel=9,1,Boys\n*\nFlanks=2\nData=\n"), fault);
-  EXPECT_EQ(read("Flanks=2\nData=\n", "Glabel=9,1,Boys"), fault);
+      "label: ";
+  EXPECT_EQ(read("Glabel=9,1,Boys\n*\nFlanks=2\nData=\n"), fault + "1 in line Error F65");
+  EXPECT_EQ(read("Flanks=2\nData=\n", "Glabel=9,1,Boys"), fault + "Error F65");
   EXPECT_EQ(read("Glabel=2,1,Boys\n*\nFlanks=2\nData=\n"), "");
   EXPECT_EQ(read("Glabel=9,1,Boys\n*\nData=\n"), "") << "which F29 follows";
 }

@@ -7,6 +7,7 @@
 
 #include "base/text.h"
 #include "run/messages.h"
+#include "spec/report_settings.h"
 #include "support/spec_run.h"
 
 namespace flanks {

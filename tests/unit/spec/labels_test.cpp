@@ -181,6 +181,16 @@ TEST(Labels, LongRangeShowsAProgressLine) {
   EXPECT_FALSE(bench.shows("2000-2998.adding"));
 }
 
+TEST(Labels, OneThatACommaCutsBetweenQuotesIsToldOnce) {
+  SpecBench bench(Elements("1=\"Smith, J\"\n2=\"Jones, K\"\n3=\"Ann\"\n"));
+  EXPECT_EQ(bench.elements().ElementLabel[ElementSlot(1)], "\"Smith");
+  EXPECT_TRUE(bench.shows("The label \"Smith in line"));
+  EXPECT_TRUE(
+      bench.shows(" begins with a quote mark and ends without: a comma ends a label, also "
+                  "between quotes. Write it without the comma."));
+  EXPECT_FALSE(bench.shows("The label \"Jones"));
+}
+
 TEST(Labels, NullElementGetsNoSlotButAWarning) {
   SpecBench bench(Elements("0=None\n1-3=Kid\n"));
   EXPECT_EQ(bench.fault(), Fault::none) << bench.faultText();
