@@ -1,5 +1,7 @@
 #include "run/report_page.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -13,6 +15,16 @@ constexpr char kPageBreak = '^';
 constexpr char kFormFeed = '\f';
 constexpr int kTables = 14;
 constexpr std::size_t kTableWord = 6;  // "Table "
+
+// Behind the last line of a webpage: on a screen its rows, which are wider than many windows, are
+// not broken, and where none of the fonts is there another one of fixed pitch takes their place.
+std::string WebpageEnd(const std::string& fonts) {
+  const bool plain = std::all_of(fonts.begin(), fonts.end(), [](unsigned char c) {
+    return std::isalnum(c) != 0 || c == ' ' || c == ',' || c == '-';
+  });
+  const std::string fixedPitch = plain ? "FONT{font-family:" + fonts + ",monospace}" : "";
+  return "<STYLE>@media screen{BODY{white-space:nowrap}}" + fixedPitch + "</STYLE><br>\n";
+}
 
 // What the line becomes in the mode in force; false when a hidden box leaves nothing of it.
 bool ConvertLine(ReportState& report, const Settings& settings, std::string_view line,
@@ -75,7 +87,11 @@ bool OpenReport(Console& console, const std::string& name, std::string& reason) 
 }
 
 void CloseReport(Console& console) {
-  console.report().file.close();
+  ReportState& report = console.report();
+  const Settings& settings = console.settings();
+  if (report.file.is_open() && settings.Ascii == 'W')
+    report.file << WebpageEnd(settings.Webpagefonts);
+  report.file.close();
 }
 
 void WriteReportLine(Console& console, std::string_view line) {

@@ -47,7 +47,8 @@ bool IsBottomRule(std::string_view line) {
 std::vector<std::string> ReportLines(std::string_view webpage) {
   std::vector<std::string> lines;
   std::istringstream stream{std::string(webpage)};
-  for (std::string line; std::getline(stream, line);) lines.push_back(LineOfWebpage(line));
+  for (std::string line; std::getline(stream, line);)
+    if (line.rfind("<STYLE>", 0) != 0) lines.push_back(LineOfWebpage(line));
   return lines;
 }
 

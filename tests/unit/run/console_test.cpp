@@ -168,6 +168,26 @@ TEST(ReportPage, AWebpageBeginsWithItsBody) {
             "<BODY><FONT FACE='Lucida Console, Andale Mono, Courier New'>a &nbsp;b<br>\n<br>\n");
 }
 
+// The style stands behind the report: its lines are those of any report.
+TEST(ReportPage, AWebpageEndsWithItsStyle) {
+  Bench bench;
+  bench.settings.Ascii = 'W';
+  bench.settings.Webpagefonts = "Some Mono";
+  bench.Open();
+  CloseReport(bench.console);
+  EXPECT_EQ(bench.Written(),
+            "<STYLE>@media screen{BODY{white-space:nowrap}}FONT{font-family:Some "
+            "Mono,monospace}</STYLE><br>\n");
+  bench.settings.Webpagefonts = "a}<b";
+  bench.Open();
+  CloseReport(bench.console);
+  EXPECT_EQ(bench.Written(), "<STYLE>@media screen{BODY{white-space:nowrap}}</STYLE><br>\n");
+  bench.settings.Ascii = 'Y';
+  bench.Open();
+  CloseReport(bench.console);
+  EXPECT_EQ(bench.Written(), "");
+}
+
 TEST(TableHeading, HasFourLinesAndShowsItsTitle) {
   Bench bench;
   bench.Open();
