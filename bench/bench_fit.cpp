@@ -122,7 +122,7 @@ void Fit(benchmark::State& state, const FitCase& c) {
   Finish(state);
 }
 
-// `T4maximum` rows at most.  The ratings are random, so some 4 in 100 are unexpected.
+// `T4maximum` rows at most.  The ratings are random, so 29 in 100 of 5 categories are candidates.
 void Residuals(benchmark::State& state, const FitCase& c, std::int32_t T4maximum) {
   PassDesign& data = DataOf(c);
   ResidualPass pass(data.parts());

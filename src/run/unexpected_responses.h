@@ -18,7 +18,7 @@ namespace flanks {
 struct KeptResponse {
   std::int64_t sequence = 0;  // of the observation in the data, from 1
   std::int16_t category = 0;  // as observed
-  std::int16_t score = 0;     // as scored: the place among the ordered categories
+  std::int16_t score = 0;     // as scored: ordered category and lowest category of the scale
   float expected = 0.0f;      // expected score, in scored categories
   float residual = 0.0f;      // scored less expected
   float StRes = 0.0f;         // standardized residual, at most 9 in size

@@ -122,14 +122,17 @@ TEST_P(ScaleTypes, AgreeWithTheSlowJudge) {
   JudgedRun both;
   both.design = Simulate(plan);
   both.Estimate("Flanks=" + std::to_string(plan.sizes.size()) +
-                "\nPositive=1\nNoncenter=1\nConvergence=.001,.00001\n" + plan.models +
-                LabelLines(both.design) + "Data=data.txt\n");
+                "\nPositive=1\nNoncenter=1\nConvergence=.001,.00001\nUnexpected=0\n"
+                "T4MAX=1000000\n" +
+                plan.models + LabelLines(both.design) + "Data=data.txt\n");
   if (HasFatalFailure()) return;
   EXPECT_LT(both.verdict.restriction, 1E-6) << "the constraints choose an origin and no more";
   both.ExpectMeasures(kMeasureTolerance);
   both.ExpectScales(kMeasureTolerance);
   both.ExpectStatistics(kStatisticTolerance);
   both.ExpectScores();
+  EXPECT_EQ(both.run.analysis.unexpected.rows.size(), both.design.observations.size());
+  both.ExpectResiduals(kStatisticTolerance);
 }
 
 const std::vector<Draw> kThree = {{}};

@@ -110,6 +110,35 @@ void JudgedRun::ExpectScores() {
   });
 }
 
+void JudgedRun::ExpectResiduals(double tolerance) {
+  for (const KeptResponse& row : run.analysis.unexpected.rows) {
+    SCOPED_TRACE("response " + std::to_string(row.sequence));
+    const judge::Observation& o = design.observations[static_cast<std::size_t>(row.sequence) - 1];
+    const judge::Structure& structure = verdict.structures[static_cast<std::size_t>(o.structure)];
+    const int ordered = structure.ordered(o.category);
+    const int lowest = structure.counts() ? 0 : structure.rawCategories.front();
+    const judge::Moments moments =
+        judge::MomentsOf(structure, judge::MeasureSum(design, verdict, o));
+    const double z = (ordered - moments.mean) / std::sqrt(moments.variance);
+    EXPECT_EQ(row.category, o.category);
+    EXPECT_EQ(row.score, ordered + lowest);
+    EXPECT_NEAR(row.expected, moments.mean + lowest, tolerance);
+    EXPECT_NEAR(row.residual, ordered - moments.mean, tolerance);
+    EXPECT_NEAR(row.StRes, std::clamp(z, -9.0, 9.0), tolerance * std::max(1.0, std::abs(z)));
+  }
+  double chiSquared = 0.0;
+  for (const judge::Observation& o : design.observations) {
+    if (judge::UseOf(design, verdict, o) != judge::Use::full) continue;
+    const judge::Structure& structure = verdict.structures[static_cast<std::size_t>(o.structure)];
+    const judge::Moments moments =
+        judge::MomentsOf(structure, judge::MeasureSum(design, verdict, o));
+    const double residual = structure.ordered(o.category) - moments.mean;
+    chiSquared += o.weight * residual * residual / moments.variance;
+  }
+  EXPECT_NEAR(run.analysis.estimates.fitTotals.SquaredStandardizedSum, chiSquared,
+              tolerance * chiSquared);
+}
+
 double JudgedRun::LargestMeasureError() {
   double largest = 0.0;
   ForEachElement([&](const judge::Element& expected, ElementSlot slot) {

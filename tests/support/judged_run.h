@@ -32,6 +32,8 @@ class JudgedRun {
   void ExpectScales(double tolerance);
   void ExpectStatistics(double tolerance);
   void ExpectScores();
+  // Each response that the run kept for Table 4, in scored categories, and the chi-squared of all.
+  void ExpectResiduals(double tolerance);
 
   // How far the farthest measure and the farthest threshold or discrimination are off, logits.
   double LargestMeasureError();

@@ -1,7 +1,6 @@
 #include "stats/residual_pass.h"
 
 #include <cmath>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <random>
 #include <vector>
@@ -195,6 +194,40 @@ TEST(ResidualPass, TakesOneByOneWhatHasToBe) {
   EXPECT_NEAR(kept.rows[0].expected, 1.0, 1E-6);
   EXPECT_NEAR(kept.rows[0].StRes, 3.0, 0.001);
   EXPECT_NEAR(kept.rows[1].expected, 15.0, 1E-5);
+}
+
+// With the shared array marked as filled to its end, although all of it is 0, the observations are
+// taken one by one: the same bits.
+TEST(ResidualPass, HasTheSameBitsInBatchesAndOneByOne) {
+  PassDesign d;
+  d.Flank(60, kPositiveOrientation).Flank(6, kNegativeOrientation);
+  const int statement = d.Statement({"", ""});
+  const int poisson = d.Structure(statement, d.CountScale(ScaleType::poisson, 9, 0.9f));
+  const int rating = d.Structure(statement, d.Rating({-1.0f, 0.0f, 1.0f}));
+  d.Build();
+  d.scales.lowestCategory.assign(2, 0);
+  std::mt19937 random(11);
+  std::normal_distribution<float> normal(0.5f, 0.6f);
+  for (ElementState& element : d.estimates.elements) element.ElementMeasure = normal(random);
+  for (int n = 0; n < 3000; ++n)
+    d.Observe({1 + n % 60, 61 + n % 6}, n % 2 == 0 ? poisson : rating,
+              static_cast<int>(random() % (n % 2 == 0 ? 10u : 4u)));
+  UnexpectedList inBatches(0.0f, 5000, 2), oneByOne(0.0f, 5000, 2);
+  const ResidualSummary first = ResidualPass(d.parts()).Run(inBatches);
+  d.estimates.work.filledTo = kProbabilityEntries - 1;
+  const ResidualSummary second = ResidualPass(d.parts()).Run(oneByOne);
+  for (std::size_t column = 0; column < kResidualColumns; ++column) {
+    EXPECT_EQ(first.columns[column].Mean, second.columns[column].Mean);
+    EXPECT_EQ(first.columns[column].SumOfSquares, second.columns[column].SumOfSquares);
+  }
+  const UnexpectedResponses some = inBatches.Finish(), others = oneByOne.Finish();
+  ASSERT_EQ(some.rows.size(), 3000u);
+  ASSERT_EQ(others.rows.size(), 3000u);
+  for (std::size_t row = 0; row < some.rows.size(); ++row) {
+    EXPECT_EQ(some.rows[row].sequence, others.rows[row].sequence);
+    EXPECT_EQ(some.rows[row].StRes, others.rows[row].StRes);
+    EXPECT_EQ(some.rows[row].expected, others.rows[row].expected);
+  }
 }
 
 // Chi-squared, which the fit pass sums, is the sum of the squares of the standardized residuals
