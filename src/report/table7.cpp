@@ -22,6 +22,7 @@ struct FlankBoxes {
   Table7Layout layout;
   FlankGroups groups;
   std::vector<std::string> orders;  // sort letters of the Arrange= items that apply
+  int labelLength = 0;              // of the longest label, bytes
   int subtable = 0;                 // the number of the last box
 };
 
@@ -32,10 +33,9 @@ struct ElementList {
   bool ofAll = true;  // the list to which the line of the raters' agreement belongs
 };
 
-std::vector<ElementSlot> InOrder(Run& run, const std::vector<ElementSlot>& listed, FlankNo flank,
+std::vector<ElementSlot> InOrder(Run& run, const std::vector<ElementSlot>& listed, int labelLength,
                                  const std::string& letters) {
   KeyArray keys(message::kTable7SortLength);
-  const int labelLength = LongestLabel(run.analysis.design, flank);
   for (const ElementSlot e : listed) keys.Add(Table7Key(run.analysis, e, letters, labelLength));
   keys.Sort([&run] { return run.console.stopping(); });
   std::vector<ElementSlot> ordered;
@@ -85,7 +85,7 @@ void WriteList(Run& run, FlankBoxes& boxes, const ElementList& list) {
     std::string title = Title(run.analysis, boxes, list.title);
     if (list.elements.size() >= 2) title += ArrangedBy(letters);
     BeginBox(run.console, boxes.layout, title);
-    WriteRows(run, boxes.layout, InOrder(run, list.elements, boxes.flank, letters));
+    WriteRows(run, boxes.layout, InOrder(run, list.elements, boxes.labelLength, letters));
     if (list.ofAll) WriteAgreement(run.console, run.analysis, boxes.flank);
     if (list.elements.size() == 1) return;  // all orders are equal
   }
@@ -142,6 +142,7 @@ void WriteFlank(Run& run, FlankNo flank, const std::vector<ArrangeItem>& arrange
   boxes.groups = GroupsOf(run.analysis, flank);
   if (boxes.groups.groups.empty() || boxes.groups.listed.empty()) return;  // nothing is measured
   boxes.layout = LayOutTable7(run.analysis, flank);
+  boxes.labelLength = LongestLabel(run.analysis.design, flank);
   if (boxes.groups.groups.size() == 1)
     WriteOnlyList(run, boxes);
   else

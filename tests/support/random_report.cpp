@@ -24,6 +24,9 @@ const std::vector<const char*> kCharacters = {"a",
                                               "\xE5\xAD\x97",
                                               "\xE4\xB8\xAD"};  // two wide
 
+// The same in one byte each, which is no UTF-8.
+const std::vector<const char*> kLatinCharacters = {"a", "b", "N", " ", "\xE9", "\xF3", "\xD6"};
+
 }  // namespace
 
 double RandomReport::Uscale() {
@@ -36,7 +39,8 @@ std::string RandomReport::Label() {
   const int length = kind == 0 ? 0 : kind < 7 ? Whole(1, 14) : kind < 9 ? Whole(15, 50) : 120;
   const bool plain = Chance(40);
   std::string label;
-  for (int n = 0; n < length; ++n) label += plain ? "Ann" : OneOf(kCharacters);
+  const std::vector<const char*>& characters = latin_ ? kLatinCharacters : kCharacters;
+  for (int n = 0; n < length; ++n) label += plain ? "Ann" : OneOf(characters);
   if (!label.empty() && (label.front() == ' ' || label.front() == '-')) label.front() = 'A';
   return label;
 }
@@ -134,6 +138,7 @@ std::string RandomReport::Specification() {
   flanks_.clear();
   kind_ = *OneOf({"R", "R", "R", "D", "B", "P"});
   top_ = kind_ == 'D' ? 1 : Whole(2, 6);
+  latin_ = Chance(15);
   umean_ = Whole(-500, 500);
   uscale_ = Uscale();
   blocks_ = Chance(20);

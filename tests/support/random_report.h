@@ -45,6 +45,7 @@ class RandomReport {
   std::mt19937_64 random_;
   std::vector<Flank> flanks_;
   double umean_ = 0.0, uscale_ = 1.0;
+  bool latin_ = false;     // labels in one-byte characters
   bool extremes_ = false;  // a person with the highest score and one with the lowest
   int top_ = 4;            // of the rating scale
   char kind_ = 'R';        // R, B, P, D
