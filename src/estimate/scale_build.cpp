@@ -59,8 +59,12 @@ int HighestObserved(const RawCategories& categories) {
 std::vector<Place> PlacesOf(ScaleRow scale, const RawCategories& categories,
                             const ScaleTables& scales) {
   switch (scales.scaleType[scale]) {
-    case ScaleType::binomial:
-      return CountPlaces(scales.scaleMaximum[scale]);
+    case ScaleType::binomial: {
+      std::vector<Place> places = CountPlaces(scales.scaleMaximum[scale]);
+      // A dichotomy has a threshold, which never moves and may be said to be an anchor.
+      if (places.size() == 2 && categories[1].anchored) places[1].flag = kCategoryAnchored;
+      return places;
+    }
     case ScaleType::poisson:
       return CountPlaces(HighestObserved(categories));
     default:

@@ -17,6 +17,7 @@
 #include "report/table4.h"
 #include "report/table5.h"
 #include "report/table7.h"
+#include "report/table8.h"
 #include "run/fault_cures.h"
 #include "run/guard.h"
 #include "run/messages.h"
@@ -190,6 +191,7 @@ constexpr Step kAnalysisSteps[] = {
     {"TellWhatIsNotWritten", TellWhatIsNotWritten},
     {"TellSubsets", TellSubsets},
     {"WriteTable7", WriteTable7},
+    {"WriteTable8", WriteTable8},
     {"WriteTable4", WriteTable4},
 };
 

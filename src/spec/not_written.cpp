@@ -66,10 +66,6 @@ constexpr Unwritten kNotWritten[] = {
      [](A a) {
        return !a.settings.verticalOff && IsTableAsked(a, {6}, {"Vertical", "Yardstick"});
      }},
-    {"Table 8, the categories of the scales (Barchart=, T8NBC=),",
-     [](A a) {
-       return IsTableAsked(a, {8}, {"Barchart", "T8NBC"});
-     }},
     {"The set of bias Tables, 9 to 14 (B in Models=, Zscore=),",
      [](A a) {
        const std::initializer_list<int> tables = {9, 10, 11, 12, 13, 14};
