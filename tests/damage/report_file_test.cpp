@@ -30,6 +30,13 @@ void WriteLongReportsInput(const FlanksSandbox& sandbox) {
   sandbox.Write("data.txt", data);
 }
 
+// On a machine with much else to do the program may have ended before the kill came; again, then.
+ProgramResult RunUntilKilled(const ProgramCall& call) {
+  ProgramResult result;
+  for (int attempt = 0; attempt < 10 && result.signal == 0; ++attempt) result = RunProgram(call);
+  return result;
+}
+
 std::string FromTable7(const std::string& report) {
   const std::size_t place = report.find("Table 7.1.1");
   return place == std::string::npos ? "" : report.substr(place);
@@ -48,8 +55,8 @@ TEST(KilledRun, LeavesTheLinesThatItHasWritten) {
   for (const char* table : {"Table 7.1.2 ", "Table 7.1.5 "}) {
     ProgramCall killed = call;
     killed.killAt = table;
-    const ProgramResult result = RunProgram(killed);
-    ASSERT_EQ(result.signal, SIGKILL) << "it had ended already: " << result.output;
+    const ProgramResult result = RunUntilKilled(killed);
+    ASSERT_EQ(result.signal, SIGKILL) << result.output;
     const std::string left = FromTable7(sandbox.Read("report.txt"));
     ASSERT_LT(left.size(), whole.size());
     EXPECT_EQ(left, whole.substr(0, left.size())) << table;
