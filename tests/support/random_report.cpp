@@ -71,6 +71,7 @@ std::string RandomReport::Settings() {
   if (Chance(30)) text += "Usort=" + std::string(OneOf({"u", "U", "F", "N", "1,2"})) + "\n";
   if (Chance(40)) text += "Vertical=" + std::string(OneOf({"1*,2A", "2N", "1L,2*,S", "N"})) + "\n";
   if (Chance(30)) text += "Yardstick=0," + std::to_string(Whole(1, 9)) + "\n";
+  if (Chance(30)) text += "T8NBC=" + std::string(OneOf({"N", "B", "C", "NB", "NC"})) + "\n";
   if (Chance(30)) text += "Barchart=" + std::string(OneOf({"0", "1", "2"})) + "\n";
   if (Chance(40)) text += "Glabel=\n1,1," + Label() + "g\n1,2," + Label() + "g\n2,1,g\n*\n";
   return text;
@@ -102,10 +103,16 @@ std::string RandomReport::Scale() const {
   return kind_ == 'D' || kind_ == 'P' ? std::string(1, kind_) : kind_ + std::to_string(top_);
 }
 
-std::string RandomReport::Models() const {
+std::string RandomReport::Models() {
   std::string text = "Models=";
-  for (std::size_t flank = 0; flank < flanks_.size(); ++flank) text += "?,";
-  return text + Scale() + "\n";
+  const bool structured = Chance(20);  // a scale for each item
+  for (std::size_t flank = 0; flank < flanks_.size(); ++flank)
+    text += flank == 1 && structured ? "#," : "?,";
+  if (kind_ != 'R' || Chance(50)) return text + Scale() + "\n";
+  text += "Ratings\nRating (or partial credit) scale=Ratings," + Scale() + "\n";
+  for (int category = 0; category <= top_; ++category)
+    text += std::to_string(category) + "=" + Label() + "\n";
+  return text + "*\n";
 }
 
 std::string RandomReport::DataLine(std::size_t person) {

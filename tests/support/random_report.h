@@ -37,7 +37,7 @@ class RandomReport {
   std::string Letters();
   void AddFlank(int number);
   std::string ElementLine(int flank, std::int64_t number);
-  std::string Models() const;
+  std::string Models();
   std::string Scale() const;
   std::string Data();
   std::string DataLine(std::size_t person);

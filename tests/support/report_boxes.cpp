@@ -38,8 +38,13 @@ std::string LineOfWebpage(std::string_view text) {
   return line;
 }
 
+char FirstCharacter(std::string_view line) {
+  const std::size_t place = line.find_first_not_of(' ');
+  return place == std::string_view::npos ? ' ' : line[place];
+}
+
 bool IsBottomRule(std::string_view line) {
-  return !line.empty() && line.front() == kBoxBottomLeft && line.back() == kBoxBottomRight;
+  return FirstCharacter(line) == kBoxBottomLeft && line.back() == kBoxBottomRight;
 }
 
 }  // namespace
@@ -88,7 +93,7 @@ std::vector<ReportBox> BoxesOf(const std::vector<std::string>& lines) {
   bool inside = false;
   for (const std::string& line : lines) {
     if (line.rfind("Table ", 0) == 0) title = line;
-    if (!line.empty() && line.front() == kBoxTopLeft) {
+    if (FirstCharacter(line) == kBoxTopLeft) {
       boxes.push_back({title, {}, SeparatorsOf(line), false});
       inside = true;
     }

@@ -24,15 +24,16 @@ std::vector<std::string> CellsOf(std::string_view line);
 struct ReportBox {
   std::string title;               // "Table 7.1.1  ...", with its full stop
   std::vector<std::string> lines;  // from the top rule to the bottom rule
-  std::vector<int> separators;     // columns of the junctions in the top rule, its ends included
+  std::vector<int> separators;     // columns of the junctions in the top rule, its ends included;
+                                   // the first is 0 but for plots, which have words in front
   bool closed = false;             // there is a bottom rule
 
   int table() const;  // 7
   int width() const { return separators.empty() ? 0 : separators.back() + 1; }
+  bool indented() const { return !separators.empty() && separators.front() > 0; }
 };
 
-// A box begins with a line that holds a top left corner, or a top rule of one place, and ends with
-// its bottom rule.
+// A box begins with a top left corner, as a rule in the first place, and ends with its bottom rule.
 std::vector<ReportBox> BoxesOf(const std::vector<std::string>& lines);
 
 // Columns of the separators of a line, by the display widths of its cells.

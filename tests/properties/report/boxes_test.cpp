@@ -22,7 +22,7 @@
 namespace flanks {
 namespace {
 
-constexpr int kTrials = 80;
+constexpr int kTrials = 60;
 constexpr int kShownFaults = 5;
 
 std::uint64_t FirstSeed() {
@@ -45,7 +45,8 @@ bool StandsBetween(const ReportBox& box, std::string_view line) {
 // ends of the box aside.
 bool MayLeaveOut(const ReportBox& box, std::size_t inner, bool leftHand) {
   // The flag of an anchored measure stands in the place of the separator behind the averages.
-  return box.table() == 7 && inner == (leftHand ? 1u : 0u);
+  if (box.table() == 7) return inner == (leftHand ? 1u : 0u);
+  return box.indented();  // the ticks of a plot
 }
 
 // Text behind the box: the place of an observation in the data, which Table 4 shows beside its row.
@@ -89,7 +90,10 @@ std::string ComplaintOf(const ReportBox& box, const std::string& line, bool left
   if (StandsBetween(box, line)) return "";
   const std::vector<int> columns = SeparatorsOf(line);
   const int slack = SlackOf(box, line);
-  if (columns.empty() || columns.front() != 0) return "does not begin with a separator";
+  if (columns.empty() && box.indented())  // a row of a barchart
+    return DisplayWidth(line) == box.width() ? "" : "is not as wide as its rules";
+  if (columns.empty() || columns.front() != box.separators.front())
+    return "does not begin with a separator";
   if (!HasNear({columns.back()}, box.width() - 1, slack) ||
       !(IsSeparator(line.back()) || MayStandBehind(box)))
     return "is " + std::to_string(columns.back() + 1) + " wide in place of " +
