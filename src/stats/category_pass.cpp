@@ -30,9 +30,9 @@ CategoryPass::CategoryPass(const PassParts& parts)
       square_(kKernelBlock) {
   for (std::vector<float>& row : scratch_) row.resize(kKernelBlock);
   const std::int32_t scales = parts.scales.scales();
-  sums_.Total.assign(scales, kCategories, 0.0);
-  for (Grid<ScaleRow, double>* grid : {&sums_.Used, &sums_.MeasureTotal, &sums_.OutfitTotal,
-                                       &sums_.Expected, &sums_.ExpectedMeasures})
+  for (Grid<ScaleRow, double>* grid :
+       {&sums_.Total, &sums_.Used, &sums_.MeasureTotal, &sums_.OutfitTotal, &sums_.Expected,
+        &sums_.ExpectedMeasures})
     grid->assign(scales, parts.scales.width, 0.0);
 }
 
@@ -59,7 +59,7 @@ void CategoryPass::Run() {
 
 void CategoryPass::AddTotals(const ObservationBlock& block) {
   for (std::size_t i = 0; i < block.count; ++i)
-    if (block.weight[i] > 0.0f)
+    if (block.weight[i] > 0.0f && block.response[i] < parts_.scales.width)
       sums_.Total.at(ScaleRow(block.scale[i]), block.response[i]) += block.weight[i];
 }
 

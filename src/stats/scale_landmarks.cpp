@@ -10,89 +10,162 @@ namespace {
 
 constexpr int kHalvings = 100;
 constexpr double kEndDistance = 0.25;  // of the ends' landmarks from scores that nothing reaches
+constexpr std::size_t kLanes = 64;     // measures that are looked at together
 
-// The scale at one measure.
-class Curve {
+// What is reached at a landmark: an expected score, a most probable category, or one half of the
+// probability in a category and above.
+enum class Reached : std::uint8_t { score, mode, half };
+
+// The measure at which something that rises with the measure is reached.
+struct Search {
+  Reached what = Reached::score;
+  double score = 0.0;
+  int category = 0;
+  double low = 0.0, high = 0.0;
+  bool done = false;
+  bool found = true;  // within the limits
+
+  double middle() const { return (low + high) / 2.0; }
+  // As near as 32 bits come.
+  bool isClosed() const {
+    return Single(middle()) == Single(low) || Single(middle()) == Single(high);
+  }
+};
+
+// The scale at up to kLanes measures.
+class Curves {
  public:
-  explicit Curve(const KernelScale& scale) : scale_(scale) {}
+  explicit Curves(const KernelScale& scale)
+      : scale_(scale),
+        measures_(kLanes),
+        expected_(kLanes),
+        probability_((static_cast<std::size_t>(scale.filled) + 1) * kLanes) {}
 
-  void MoveTo(double measure) {
-    expected_ = CategoryProbabilities(scale_, Single(measure), probability_).expected;
+  void Set(std::size_t lane, double measure) { measures_[lane] = Single(measure); }
+  void Evaluate(std::size_t lanes) {
+    CategoryProbabilities(scale_, std::span(measures_.data(), lanes),
+                          {expected_.data(), nullptr, probability_.data(), kLanes});
   }
-  double expected() const { return expected_; }
-  double probability(int k) const { return probability_[static_cast<std::size_t>(k)]; }
-  double AtLeast(int k) const {
-    double sum = 0.0;
-    for (int j = scale_.filled; j >= k; --j) sum += probability(j);
-    return sum;
+  double probability(std::size_t lane, int k) const {
+    return probability_[static_cast<std::size_t>(k) * kLanes + lane];
   }
-  // The most probable category, the highest of equals.
-  int Mode() const {
-    int mode = scale_.top;
-    for (int k = scale_.top - 1; k >= 0; --k)
-      if (probability(k) > probability(mode)) mode = k;
-    return mode;
+  bool IsReached(const Search& search, std::size_t lane) const {
+    switch (search.what) {
+      case Reached::score:
+        return expected_[lane] >= search.score;
+      case Reached::mode:
+        return Mode(lane) >= search.category;
+      default:
+        return AtLeast(lane, search.category) >= 0.5;
+    }
   }
 
  private:
+  double AtLeast(std::size_t lane, int k) const {
+    double sum = 0.0;
+    for (int j = scale_.filled; j >= k; --j) sum += probability(lane, j);
+    return sum;
+  }
+  // The most probable category, the highest of equals.
+  int Mode(std::size_t lane) const {
+    int mode = scale_.top;
+    for (int k = scale_.top - 1; k >= 0; --k)
+      if (probability(lane, k) > probability(lane, mode)) mode = k;
+    return mode;
+  }
+
   const KernelScale& scale_;
-  ProbabilityArray probability_{};
-  double expected_ = 0.0;
+  std::vector<float> measures_, expected_, probability_;
 };
 
-// The measure at which `isReached`, which is false below and true above it, turns.
-template <class Test>
-std::optional<double> Turn(Curve& curve, double limit, Test isReached) {
-  double low = -limit, high = limit;
-  curve.MoveTo(low);
-  if (isReached(curve)) return std::nullopt;
-  curve.MoveTo(high);
-  if (!isReached(curve)) return std::nullopt;
-  for (int halving = 0; halving < kHalvings; ++halving) {
-    const double middle = (low + high) / 2.0;
-    if (Single(middle) == Single(low) || Single(middle) == Single(high))
-      break;  // as near as 32 bits
-    curve.MoveTo(middle);
-    (isReached(curve) ? high : low) = middle;
+// Calls `look` with each search that is not done and its lane, the scale evaluated at `at` of it.
+template <class At, class Look>
+void ForEachOpen(std::vector<Search>& searches, Curves& curves, At at, Look look) {
+  std::vector<Search*> open;
+  for (Search& search : searches)
+    if (!search.done) open.push_back(&search);
+  for (std::size_t first = 0; first < open.size(); first += kLanes) {
+    const std::size_t lanes = std::min(kLanes, open.size() - first);
+    for (std::size_t lane = 0; lane < lanes; ++lane) curves.Set(lane, at(*open[first + lane]));
+    curves.Evaluate(lanes);
+    for (std::size_t lane = 0; lane < lanes; ++lane) look(*open[first + lane], lane);
   }
-  return (low + high) / 2.0;
 }
 
-std::optional<double> WhereExpected(Curve& curve, double limit, double score) {
-  return Turn(curve, limit, [score](const Curve& c) { return c.expected() >= score; });
+// Halves all intervals side by side.
+void Find(std::vector<Search>& searches, Curves& curves) {
+  ForEachOpen(
+      searches, curves, [](const Search& s) { return s.low; },
+      [&](Search& s, std::size_t lane) { s.found = !curves.IsReached(s, lane); });
+  ForEachOpen(
+      searches, curves, [](const Search& s) { return s.high; },
+      [&](Search& s, std::size_t lane) {
+        s.found = s.found && curves.IsReached(s, lane);
+        s.done = !s.found;
+      });
+  for (int halving = 0; halving < kHalvings; ++halving)
+    ForEachOpen(
+        searches, curves, [](const Search& s) { return s.middle(); },
+        [&](Search& s, std::size_t lane) {
+          s.done = s.isClosed();
+          if (!s.done) (curves.IsReached(s, lane) ? s.high : s.low) = s.middle();
+        });
 }
 
-// A category that a higher one overtakes before it comes to be the most probable never is.
-std::optional<double> WhereMostProbable(Curve& curve, double limit, int k) {
-  const auto from = Turn(curve, limit, [k](const Curve& c) { return c.Mode() >= k; });
-  if (!from) return from;
-  const auto to = Turn(curve, limit, [k](const Curve& c) { return c.Mode() > k; });
-  return !to || *to > *from ? from : std::nullopt;
+// The searches of a scale: scores 0 to m, then for each category from 1 on its half score, mode and
+// median.
+std::vector<Search> SearchesOf(const KernelScale& scale) {
+  const int top = scale.top;
+  std::vector<Search> searches;
+  for (int k = 0; k <= top; ++k) {
+    const double score = k == 0 ? kEndDistance : k == top ? top - kEndDistance : k;
+    searches.push_back({Reached::score, score, k});
+  }
+  for (int k = 1; k <= top; ++k) {
+    searches.push_back({Reached::score, k - 0.5, k});
+    searches.push_back({Reached::mode, 0.0, k});
+    searches.push_back({Reached::half, 0.0, k});
+  }
+  for (Search& search : searches) {
+    search.low = -static_cast<double>(scale.exponentLimit);
+    search.high = scale.exponentLimit;
+  }
+  return searches;
+}
+
+std::optional<double> Landmark(const Search& search) {
+  return search.found ? std::optional(search.middle()) : std::nullopt;
+}
+
+void FillPeaks(Curves& curves, std::vector<CategoryLandmarks>& landmarks) {
+  landmarks.front().peak = landmarks.back().peak = 1.0;
+  for (std::size_t k = 1; k + 1 < landmarks.size(); ++k) {
+    if (!landmarks[k].expectation) continue;
+    curves.Set(0, *landmarks[k].expectation);
+    curves.Evaluate(1);
+    landmarks[k].peak = curves.probability(0, static_cast<int>(k));
+  }
 }
 
 }  // namespace
 
 std::vector<CategoryLandmarks> FindLandmarks(const KernelScale& scale) {
-  Curve curve(scale);
-  const double limit = scale.exponentLimit;
-  const int top = scale.top;
-  std::vector<CategoryLandmarks> landmarks(static_cast<std::size_t>(top) + 1);
-  for (int k = 0; k <= top; ++k) {
-    CategoryLandmarks& marks = landmarks[static_cast<std::size_t>(k)];
-    const bool skipped = scale.skipped[static_cast<std::size_t>(k)] != 0;
-    const double score = k == 0 ? kEndDistance : k == top ? top - kEndDistance : k;
-    marks.expectation = WhereExpected(curve, limit, score);
-    if (k == 0 || k == top) {
-      marks.peak = 1.0;
-    } else if (marks.expectation) {
-      curve.MoveTo(*marks.expectation);
-      marks.peak = curve.probability(k);
-    }
-    if (k == 0) continue;
-    marks.half = WhereExpected(curve, limit, k - 0.5);
-    if (!skipped) marks.mostProbable = WhereMostProbable(curve, limit, k);
-    marks.thurstone = Turn(curve, limit, [k](const Curve& c) { return c.AtLeast(k) >= 0.5; });
+  Curves curves(scale);
+  std::vector<Search> searches = SearchesOf(scale);
+  Find(searches, curves);
+  const auto top = static_cast<std::size_t>(scale.top);
+  std::vector<CategoryLandmarks> landmarks(top + 1);
+  for (std::size_t k = 0; k <= top; ++k) landmarks[k].expectation = Landmark(searches[k]);
+  for (std::size_t k = 1; k <= top; ++k) {
+    const Search* const own = &searches[top + 1 + 3 * (k - 1)];
+    landmarks[k].half = Landmark(own[0]);
+    landmarks[k].thurstone = Landmark(own[2]);
+    // A category that the next one overtakes before it comes to be the most probable never is; both
+    // searches have then gone the same way.
+    const bool overtaken = k < top && own[4].found && !(own[4].middle() > own[1].middle());
+    if (scale.skipped[k] == 0 && !overtaken) landmarks[k].mostProbable = Landmark(own[1]);
   }
+  FillPeaks(curves, landmarks);
   return landmarks;
 }
 
