@@ -16,6 +16,7 @@
 #include "report/format/join_number.h"
 #include "report/table4.h"
 #include "report/table5.h"
+#include "report/table6.h"
 #include "report/table7.h"
 #include "report/table8.h"
 #include "run/fault_cures.h"
@@ -146,14 +147,6 @@ void WriteBanner(Run& run) {
                           DateAndTime());
 }
 
-// Where the data do not connect all measures; Table 7 has the number of each element's subset.
-void TellSubsets(Run& run) {
-  if (!run.analysis.subsets.several()) return;
-  SelectTable(run.console, 7);
-  run.console.ShowAndWrite(JoinNumber("There are", run.analysis.subsets.SubsetCount) +
-                           " disconnected subsets identified in Table 7.");
-}
-
 constexpr Step kOpeningSteps[] = {
     {"ReadCommandLine", ReadCommandLine},
 };
@@ -189,6 +182,7 @@ constexpr Step kAnalysisSteps[] = {
     {"WriteTable5", WriteTable5},
     {"SummarizeFit", SummarizeFit},
     {"TellWhatIsNotWritten", TellWhatIsNotWritten},
+    {"WriteTable6", WriteTable6},
     {"TellSubsets", TellSubsets},
     {"WriteTable7", WriteTable7},
     {"WriteTable8", WriteTable8},

@@ -69,8 +69,13 @@ std::string RandomReport::Settings() {
   if (Chance(30)) text += "Write=Y\n";
   if (Chance(50)) text += "Unexpected=" + std::string(OneOf({"0", "1", "2"})) + "\n";
   if (Chance(30)) text += "Usort=" + std::string(OneOf({"u", "U", "F", "N", "1,2"})) + "\n";
-  if (Chance(40)) text += "Vertical=" + std::string(OneOf({"1*,2A", "2N", "1L,2*,S", "N"})) + "\n";
-  if (Chance(30)) text += "Yardstick=0," + std::to_string(Whole(1, 9)) + "\n";
+  if (Chance(40))
+    text += "Vertical=" +
+            std::string(OneOf({"1*,2A", "2N", "1L,2*,S", "1C,2N,SL", "#S,1A", "A", "N"})) + "\n";
+  if (Chance(40))
+    text += "Yardstick=" + std::to_string(Chance(50) ? 0 : Whole(1, 90)) + "," +
+            OneOf({"0", "1", ".3", "9"}) + "," + OneOf({"", "-2,3,Measure", "60,40", ",,M"}) + "\n";
+  if (Chance(30)) text += "Subsets=" + std::string(OneOf({"R", "L"})) + "\n";
   if (Chance(30)) text += "T8NBC=" + std::string(OneOf({"N", "B", "C", "NB", "NC"})) + "\n";
   if (Chance(30)) text += "Barchart=" + std::string(OneOf({"0", "1", "2"})) + "\n";
   if (Chance(40)) text += "Glabel=\n1,1," + Label() + "g\n1,2," + Label() + "g\n2,1,g\n*\n";
