@@ -12,6 +12,7 @@
 #include "report/format/fixed_field.h"
 #include "report/format/join_number.h"
 #include "report/table6_categories.h"
+#include "report/table6_summary.h"
 #include "run/report_page.h"
 
 namespace flanks {
@@ -256,17 +257,16 @@ void VerticalRulers(Run& run, std::string_view vertical, std::string_view yardst
 void WriteTable6(Run& run) {
   const Settings& settings = run.analysis.settings;
   const bool on = IsTable6On(run);
-  const Column<FlankNo, RulerFlank> shown =
-      SumUpElements(run.analysis, ElementsOfRuler(run.analysis));
-  SetGraphRange(
-      settings,
-      ScaleOfRuler(settings,
-                   BuildRulerList(on ? settings.Vertical : "", run.analysis.design.flanks, shown),
-                   shown, ReadYardstick(settings.Yardstick)),
-      run.analysis.report);
+  const RulerElements elements = ElementsOfRuler(run.analysis);
+  const Column<FlankNo, RulerFlank> shown = SumUpElements(run.analysis, elements);
+  const RulerList list =
+      BuildRulerList(on ? settings.Vertical : "", run.analysis.design.flanks, shown);
+  SetGraphRange(settings, ScaleOfRuler(settings, list, shown, ReadYardstick(settings.Yardstick)),
+                run.analysis.report);
   if (!on) return;
   VerticalRulers(run, settings.Vertical, settings.Yardstick);
   if (run.analysis.subsets.several() && AreSubsetsAsked(settings)) WriteSubsetRulers(run);
+  WriteFlankSummaries(run, elements);
 }
 
 // Table 7 has the number of each element's subset.

@@ -1,7 +1,7 @@
 // Table 6: the vertical rulers, the map of a run on one page.
 //
 //   WriteTable6        Table 6.0, then Table 6.0.0 and a ruler for each disjoint subset, where
-//                      `Subsets=` asks for them
+//                      `Subsets=` asks for them, then the Flank summaries
 //   TellSubsets        the line that stands in their place
 //
 // The step also finds the range of the measures, which the graphs start from.

@@ -19,10 +19,6 @@ constexpr std::int32_t kMostAsterisks = 10;
 constexpr int kLabelGap = 2, kNumberGap = 1;  // blanks between entries, and what a column adds
 constexpr int kCutHead = 5;                   // names and columns of this width cut the head
 
-double UserMeasure(const Settings& settings, float measure) {
-  return settings.Umean + static_cast<double>(settings.Uscale) * measure;
-}
-
 struct Place {
   char classDigit;
   int row;
@@ -33,9 +29,8 @@ Place PlaceOf(const Analysis& analysis, ElementSlot slot, const RulerScale& scal
   const ElementState& element = analysis.estimates.elements[slot];
   if (!IsExtreme(element.ElementStatus) || yardstick.extremesAtMeasures)
     return {kMeasured, scale.RowOf(UserMeasure(analysis.settings, element.ElementMeasure))};
-  // A unit below 0 turns the scale over.
-  const bool top = (element.ElementStatus == kStatusMaximum) == (analysis.settings.Uscale > 0.0f);
-  return top ? Place{kTopEnd, 0} : Place{kBottomEnd, scale.last};
+  return IsAtHighEnd(analysis.settings, element.ElementStatus) ? Place{kTopEnd, 0}
+                                                               : Place{kBottomEnd, scale.last};
 }
 
 std::string KeyOf(Place place, ElementSlot slot) {
@@ -142,6 +137,14 @@ int WidestEntry(const Analysis& analysis, const RulerColumn& column) {
 }
 
 }  // namespace
+
+double UserMeasure(const Settings& settings, float measure) {
+  return settings.Umean + static_cast<double>(settings.Uscale) * measure;
+}
+
+bool IsAtHighEnd(const Settings& settings, std::int16_t status) {
+  return (status == kStatusMaximum) == (settings.Uscale > 0.0f);
+}
 
 bool IsOnRuler(const Analysis& analysis, ElementSlot slot) {
   const std::int16_t status = analysis.estimates.elements[slot].ElementStatus;

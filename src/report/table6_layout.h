@@ -28,6 +28,12 @@ namespace flanks {
 // The elements that a ruler shows, ascending, by Flank.
 using RulerElements = Column<FlankNo, std::vector<ElementSlot>>;
 
+double UserMeasure(const Settings& settings, float measure);
+
+// Whether an extreme element belongs at the end of high user measures; a unit below 0 turns the
+// scale over.
+bool IsAtHighEnd(const Settings& settings, std::int16_t status);
+
 // Measured and extreme elements, and with Omit-unobserved=No anchored ones without data.
 bool IsOnRuler(const Analysis& analysis, ElementSlot slot);
 
