@@ -78,6 +78,19 @@ void WriteRows(Run& run, const Table4Layout& layout, std::string_view order) {
   EndBox(console, layout);
 }
 
+// A full list does not show that more responses may be as unexpected.
+void TellFullList(Console& console, const UnexpectedResponses& kept) {
+  if (static_cast<std::int64_t>(kept.rows.size()) < kept.T4maximum) return;
+  console.ShowLine("Table 4 has the " + std::to_string(kept.T4maximum) +
+                   " most unexpected responses; a larger T4MAX= may list more.");
+}
+
+// What stands in place of the Table, apart from the one before it.
+void WriteNoTable4(Console& console) {
+  console.WriteOutput("");
+  console.ShowAndWrite("Table 4 not output. T4maximum = 0");
+}
+
 }  // namespace
 
 void WriteTable4(Run& run) {
@@ -85,9 +98,10 @@ void WriteTable4(Run& run) {
   const Settings& settings = run.analysis.settings;
   SelectTable(console, 4);
   if (console.report().switchedOff) return;
-  if (settings.T4maximum <= 0) return console.ShowAndWrite("Table 4 not output. T4maximum = 0");
+  if (settings.T4maximum <= 0) return WriteNoTable4(console);
   RenewResiduals(run);
   if (console.stopping()) return;
+  TellFullList(console, run.analysis.unexpected);
   const UnexpectedResponses& kept = run.analysis.unexpected;
   if (kept.elements.size() != kept.rows.size() * static_cast<std::size_t>(kept.width))
     return console.FailureStop(message::kTable4SortLength);

@@ -85,7 +85,7 @@ TEST(Table4, RowsStandInTheOrderOfTheSubtable) {
 TEST(Table4, WithoutRoomThereIsOnlyALine) {
   const std::string report = ReportOf("T4MAX=0");
   EXPECT_THAT(TitlesOf(report), ElementsAre(kNote));
-  EXPECT_THAT(report, HasSubstr("\nTable 4 not output. T4maximum = 0\n"));
+  EXPECT_THAT(report, HasSubstr("\n\nTable 4 not output. T4maximum = 0\n"));
   EXPECT_THAT(ReportOf("T4MAX=-3"), HasSubstr("\nTable 4 not output. T4maximum = 0\n"));
 }
 
@@ -151,6 +151,14 @@ TEST_F(AgainTable4, AnotherLimitMakesThePassAgain) {
   // ended in a positive row.
   EXPECT_EQ(run.analysis.unexpected.rows[2].sequence, 1);
   EXPECT_EQ(run.analysis.unexpected.dropped, 1);
+}
+
+TEST_F(AgainTable4, AFullListIsToldOnTheScreen) {
+  constexpr std::string_view kFull =
+      "Table 4 has the 1 most unexpected responses; a larger T4MAX= may list more.";
+  EXPECT_THAT(Write(), Not(HasSubstr("a larger T4MAX=")));
+  run.analysis.settings.T4maximum = 1;
+  EXPECT_THAT(Write(), HasSubstr(kFull));
 }
 
 TEST_F(AgainTable4, RowsWithoutTheirElementsAreAFailure) {
