@@ -46,7 +46,13 @@ MeasureRow FootFigures(const MeasureSummary& summary, Figure figure) {
   row.count = of(SummarySlot::count);
   row.observedAverage = of(SummarySlot::observedAverage);
   row.fairAverage = of(SummarySlot::fairAverage);
-  row.correlation = of(SummarySlot::correlation);
+  row.weight = of(SummarySlot::weight);
+  // Rows without fit have no correlations; those that have them are a set of their own.
+  const double fitted = summary.fitted.Count;
+  row.isFitted = fitted > 0.0;
+  row.correlation = figure(summary.fitted.slots[0], fitted);
+  row.expectedCorrelation = figure(summary.fitted.slots[1], fitted);
+  row.displacement = figure(summary.fitted.slots[2], fitted);
   // Raters without a pair have no agreement; those that have one are a set of their own.
   const double raters = summary.agreement.Count;
   row.hasAgreement = raters > 0.0;

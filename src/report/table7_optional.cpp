@@ -20,8 +20,8 @@ SlotRange ElementsOf(const Analysis& analysis, FlankNo flank) {
   return SlotsOf(analysis.design.flanks, flank);
 }
 
-std::string DisplacementText(const Analysis& analysis, double displacement) {
-  return FixedField(displacement, kWideCell, analysis.settings.Udecimals);
+std::string DisplacementText(const Settings& settings, double displacement) {
+  return FixedField(displacement, kWideCell, settings.Udecimals);
 }
 
 // Whether an anchored element stands so far off that its displacement is worth a column.
@@ -30,8 +30,8 @@ bool IsDisplaced(const Analysis& analysis, ElementSlot slot) {
   const FinishedStatistics fit(analysis.estimates, slot);
   if (fit->Displacement == 0.0f) return false;
   if (!(std::abs(fit->Displacement) > kTellingShare * fit->StandardError)) return false;
-  return DisplacementText(analysis, UserDisplacement(analysis, slot)) !=
-         DisplacementText(analysis, 0.0);
+  return DisplacementText(analysis.settings, UserDisplacement(analysis, slot)) !=
+         DisplacementText(analysis.settings, 0.0);
 }
 
 bool ShowsDisplacement(const Analysis& analysis, FlankNo flank) {
@@ -128,7 +128,7 @@ std::vector<std::string> FullCells(const Analysis& analysis, Table7Column column
   const FinishedStatistics fit(analysis.estimates, slot);
   switch (column) {
     case Table7Column::displacement:
-      return {DisplacementText(analysis, UserDisplacement(analysis, slot))};
+      return {DisplacementText(analysis.settings, UserDisplacement(analysis, slot))};
     case Table7Column::biserial:
     case Table7Column::biserialInclude:
       return {CorrelationText(fit->PointMeasure)};
@@ -154,16 +154,25 @@ std::vector<std::string> UnfittedCells(const Analysis& analysis, Table7Column co
   }
 }
 
-std::vector<std::string> FootCells(Table7Column column, const MeasureRow& figures) {
+std::vector<std::string> FootCells(const Settings& settings, Table7Column column,
+                                   const MeasureRow& figures) {
+  const bool ofFit = column == Table7Column::displacement || column == Table7Column::biserial ||
+                     column == Table7Column::biserialInclude ||
+                     column == Table7Column::correlationMeasure;
+  if (ofFit && !figures.isFitted) return EmptyCells(column);
   switch (column) {
+    case Table7Column::displacement:
+      return {DisplacementText(settings, figures.displacement)};
     case Table7Column::biserial:
     case Table7Column::biserialInclude:
       return {CorrelationText(figures.correlation)};
     case Table7Column::correlationMeasure:
-      return {CorrelationText(figures.correlation), ""};
+      return {CorrelationText(figures.correlation), CorrelationText(figures.expectedCorrelation)};
     case Table7Column::agreement:
       if (!figures.hasAgreement) return EmptyCells(column);
       return {PercentText(figures.agreementObserved), PercentText(figures.agreementExpected)};
+    case Table7Column::weight:
+      return {FixedField(figures.weight, kWideCell, kWeightDecimals)};
     default:
       return EmptyCells(column);
   }

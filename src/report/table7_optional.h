@@ -42,7 +42,8 @@ std::span<const Table7OptionalColumn> Table7OptionalColumns();
 std::vector<std::string> FullCells(const Analysis& analysis, Table7Column column, ElementSlot slot);
 std::vector<std::string> UnfittedCells(const Analysis& analysis, Table7Column column,
                                        ElementSlot slot);
-std::vector<std::string> FootCells(Table7Column column, const MeasureRow& figures);
+std::vector<std::string> FootCells(const Settings& settings, Table7Column column,
+                                   const MeasureRow& figures);
 
 // The group numbers of a Flank's measured elements, extreme ones among them, ascending; 0, no
 // group, is a number like the others.

@@ -143,7 +143,11 @@ MeasureRow FiguresOf(const Analysis& analysis, ElementSlot slot) {
   row.count = settings.TotalScoreMode ? scores.FirstCount : scores.Count;
   row.observedAverage = PerCount(row.score, HeldSingle(row.count));
   row.fairAverage = PerCount(fit->FairSum, scores.Count);
+  row.weight = analysis.design.elements.ElementWeight[slot];
+  row.isFitted = RowKindOf(analysis, slot) == RowKind::full;
   row.correlation = fit->PointMeasure;
+  row.expectedCorrelation = fit->PointResidual;
+  row.displacement = UserDisplacement(analysis, slot);
   AddAgreement(analysis.estimates.agreement, slot, row);
   return row;
 }
@@ -164,7 +168,8 @@ std::string FootLine(const Settings& settings, const Table7Layout& layout,
   AppendFit(line, figures);
   for (const Table7Column column : layout.optional) {
     const bool named = column == Table7Column::group && !group.empty();
-    AppendCells(line, named ? std::vector<std::string>{group} : FootCells(column, figures));
+    AppendCells(line,
+                named ? std::vector<std::string>{group} : FootCells(settings, column, figures));
   }
   return EndRow(line, layout, words);
 }

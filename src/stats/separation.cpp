@@ -48,8 +48,11 @@ void AddRow(MeasureSummary& summary, const MeasureRow& row) {
   values[Index(SummarySlot::count)] = row.count;
   values[Index(SummarySlot::observedAverage)] = row.observedAverage;
   values[Index(SummarySlot::fairAverage)] = row.fairAverage;
-  values[Index(SummarySlot::correlation)] = row.correlation;
+  values[Index(SummarySlot::weight)] = row.weight;
   summary.Add(values);
+  if (row.isFitted) {
+    summary.fitted.Add({row.correlation, row.expectedCorrelation, row.displacement});
+  }
   if (row.hasAgreement) summary.agreement.Add({row.agreementObserved, row.agreementExpected});
 }
 
@@ -94,7 +97,9 @@ std::optional<ChiSquareTest> RandomChiSquare(const MeasureSummary& summary,
                                              std::span<const MeasuredElement> elements,
                                              float tinyValue) {
   const double count = summary.Count;
-  if (count < 2.0) return std::nullopt;
+  // Measures that are all equal have no spread to test; the floor of the S.D. is none.
+  const RunningMoments& measures = summary.slots[Index(SummarySlot::measure)];
+  if (count < 2.0 || measures.SumOfSquares <= 0.0) return std::nullopt;
   double variance =
       Square(PopulationDeviationOf(summary, SummarySlot::measure)) * count / (count - 1.0);
   const double errorVariance = MeanOf(summary, SummarySlot::errorVariance);

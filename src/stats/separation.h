@@ -46,12 +46,13 @@ enum class SummarySlot : std::uint8_t {
   count,
   observedAverage,
   fairAverage,
-  correlation,  // the observed one
-  slots,        // how many there are
+  weight,
+  slots,  // how many there are
 };
 constexpr std::size_t kSummarySlots = static_cast<std::size_t>(SummarySlot::slots);
 
 struct MeasureSummary : RunningSummary<kSummarySlots> {
+  RunningSummary<3> fitted;     // correlation, its expectation, displacement: of rows with fit
   RunningSummary<2> agreement;  // per cent, observed and expected, of raters that have a pair
 };
 
@@ -63,7 +64,10 @@ struct MeasureRow {
   double outfitMeanSquare = 1.0, outfitZStd = 0.0;
   double score = 0.0, count = 0.0;
   double observedAverage = 0.0, fairAverage = 0.0;
-  double correlation = 0.0;
+  double weight = 1.0;
+  bool isFitted = false;  // in play, with data: has correlations and a displacement
+  double correlation = 0.0, expectedCorrelation = 0.0;
+  double displacement = 0.0;  // user units
   bool hasAgreement = false;  // a rater of the inter-rater Flank that has a pair
   double agreementObserved = 0.0, agreementExpected = 0.0;  // per cent
 };
@@ -104,7 +108,8 @@ struct MeasuredElement {
   double standardError = 0.0;
 };
 
-// "Random (normal)".  `elements` are the rows of the set.  None for less than two rows.
+// "Random (normal)".  `elements` are the rows of the set.  None for less than two rows, and for
+// equal measures.
 [[nodiscard]] std::optional<ChiSquareTest> RandomChiSquare(
     const MeasureSummary& summary, std::span<const MeasuredElement> elements, float tinyValue);
 

@@ -89,7 +89,7 @@ TEST(Table7Foot, MeansDeviationsSeparationAndTests) {
             "  .29"
             " "
             "| 1.00   .0  1.00   .0 |      |"
-            "   .00       | Mean (Count: 5)     |");
+            "   .00   .00 | Mean (Count: 5)     |");
   // The measures' S.D. is .782304 as a population, .874643 as a sample.
   EXPECT_NE(lines[2].find("| "
                           "   .78"

@@ -171,20 +171,30 @@ TEST(Weight, ShowsForAWeightThatIsNotOne) {
   EXPECT_EQ(FullCells(t.analysis, Table7Column::weight, ElementSlot(2)), Cells{"   .50"});
 }
 
-TEST(FootCells, HaveCorrelationAndAgreementAlone) {
+TEST(FootCells, HaveAFigureOfEachColumnOfNumbers) {
+  const Settings settings;
+  const auto cells = [&](Table7Column column, const MeasureRow& row) {
+    return FootCells(settings, column, row);
+  };
   MeasureRow row;
+  row.weight = 2.0;
   row.correlation = .25;
-  EXPECT_EQ(FootCells(Table7Column::agreement, row), (Cells{"", ""})) << "no rater has a pair";
+  row.expectedCorrelation = .5;
+  row.displacement = -.125;
+  EXPECT_EQ(cells(Table7Column::agreement, row), (Cells{"", ""})) << "no rater has a pair";
+  EXPECT_EQ(cells(Table7Column::correlationMeasure, row), (Cells{"", ""})) << "no row has fit";
+  EXPECT_EQ(cells(Table7Column::displacement, row), Cells{""});
   row.hasAgreement = true;
   row.agreementObserved = 50.0;
   row.agreementExpected = 40.0;
-  EXPECT_EQ(FootCells(Table7Column::agreement, row), (Cells{" 50.0", " 40.0"}));
-  EXPECT_EQ(FootCells(Table7Column::biserial, row), Cells{"  .25"});
-  EXPECT_EQ(FootCells(Table7Column::biserialInclude, row), Cells{"  .25"});
-  EXPECT_EQ(FootCells(Table7Column::correlationMeasure, row), (Cells{"  .25", ""}));
-  for (const Table7Column column :
-       {Table7Column::displacement, Table7Column::group, Table7Column::weight})
-    EXPECT_EQ(FootCells(column, row), Cells{""});
+  row.isFitted = true;
+  EXPECT_EQ(cells(Table7Column::agreement, row), (Cells{" 50.0", " 40.0"}));
+  EXPECT_EQ(cells(Table7Column::biserial, row), Cells{"  .25"});
+  EXPECT_EQ(cells(Table7Column::biserialInclude, row), Cells{"  .25"});
+  EXPECT_EQ(cells(Table7Column::correlationMeasure, row), (Cells{"  .25", "  .50"}));
+  EXPECT_EQ(cells(Table7Column::displacement, row), Cells{"  -.13"});
+  EXPECT_EQ(cells(Table7Column::weight, row), Cells{"  2.00"});
+  EXPECT_EQ(cells(Table7Column::group, row), Cells{""});
 }
 
 TEST(AnchorFlag, IsAForAnAnchorAndGForAGroupAnchor) {

@@ -130,16 +130,42 @@ TEST(AddRow, FillsTheDerivedColumns) {
   row.measure = 2.0;
   row.standardError = 0.5;
   row.score = 30.0;
+  row.weight = 3.0;
+  row.isFitted = true;
   row.correlation = 0.4;
+  row.expectedCorrelation = 0.5;
+  row.displacement = -0.1;
   AddRow(summary, row);
   EXPECT_DOUBLE_EQ(MeanOf(summary, SummarySlot::errorVariance), 0.25);
   EXPECT_DOUBLE_EQ(MeanOf(summary, SummarySlot::precision), 4.0);
   EXPECT_DOUBLE_EQ(MeanOf(summary, SummarySlot::weightedMeasure), 8.0);
   EXPECT_DOUBLE_EQ(MeanOf(summary, SummarySlot::weightedMeasureSquared), 16.0);
   EXPECT_DOUBLE_EQ(MeanOf(summary, SummarySlot::score), 30.0);
-  EXPECT_DOUBLE_EQ(MeanOf(summary, SummarySlot::correlation), 0.4);
+  EXPECT_DOUBLE_EQ(MeanOf(summary, SummarySlot::weight), 3.0);
+  EXPECT_DOUBLE_EQ(summary.fitted.slots[0].Mean, 0.4);
+  EXPECT_DOUBLE_EQ(summary.fitted.slots[1].Mean, 0.5);
+  EXPECT_DOUBLE_EQ(summary.fitted.slots[2].Mean, -0.1);
   EXPECT_DOUBLE_EQ(MeanOf(summary, SummarySlot::infitMeanSquare), 1.0);
   EXPECT_DOUBLE_EQ(summary.Count, 1.0);
+}
+
+TEST(AddRow, RowsWithoutFitHaveNoPartInTheCorrelations) {
+  MeasureSummary summary;
+  MeasureRow row;
+  row.isFitted = true;
+  row.correlation = 0.4;
+  AddRow(summary, row);
+  AddRow(summary, {});
+  EXPECT_DOUBLE_EQ(summary.Count, 2.0);
+  EXPECT_DOUBLE_EQ(summary.fitted.Count, 1.0);
+  EXPECT_DOUBLE_EQ(summary.fitted.slots[0].Mean, 0.4);
+}
+
+// The floor of the S.D. is not a spread.
+TEST(RandomChiSquare, EqualMeasuresHaveNone) {
+  const Pairs pairs = {{0.1, 0.5}, {0.1, 0.7}, {0.1, 0.6}};
+  EXPECT_FALSE(RandomChiSquare(SummaryOf(pairs), ElementsOf(pairs), kTiny));
+  EXPECT_TRUE(FixedChiSquare(SummaryOf(pairs), kTiny));
 }
 
 TEST(AddRow, AnErrorOfNothingHasAFinitePrecision) {
