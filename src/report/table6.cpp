@@ -55,11 +55,16 @@ std::string MeasureText(double userMeasure, int decimals) {
   return text.empty() ? "0" : text;
 }
 
+// Below a tenth one decimal would tell nothing.
+std::string LinesText(double lines) {
+  return lines < 0.1 ? MeasureText(lines, 4) : NumberText(lines);
+}
+
 std::string EchoLine(const RulerList& list, const Yardstick& yardstick, const RulerScale& scale,
                      int decimals) {
   return "Vertical = (" + RulerListText(list) +
          ") Yardstick (columns lines low high extreme)=" + std::to_string(yardstick.columns) + "," +
-         NumberText(scale.lines) + "," + MeasureText(scale.low, decimals) + "," +
+         LinesText(scale.lines) + "," + MeasureText(scale.low, decimals) + "," +
          MeasureText(scale.high, decimals) + "," +
          (yardstick.extremesAtMeasures ? "Measure" : "End");
 }
@@ -107,7 +112,8 @@ std::string RulerLine(const Analysis& analysis, const Ruler& ruler, int row, std
                      scaleCell);
   const Separators separators = !tick ? kPlainRow : *tick == 0.0 ? kZeroRow : kTickRow;
   const std::string measure =
-      tick ? FixedField(*tick, kMeasureWidth, 0) : std::string(kMeasureWidth, ' ');
+      tick ? FixedField(*tick, kMeasureWidth, *tick == 0.0 ? 0 : ruler.scale.tickDecimals)
+           : std::string(kMeasureWidth, ' ');
   return JoinCells(ruler, separators, separators.left + measure, flankCell, scaleCell);
 }
 

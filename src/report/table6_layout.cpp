@@ -187,7 +187,7 @@ RulerScale ScaleOfRuler(const Settings& settings, const RulerList& list,
     for (const FlankNo flank : Upward(shown)) Widen(range, shown[flank]);
   const auto [low, high] =
       std::minmax({UserMeasure(settings, range.lowest), UserMeasure(settings, range.highest)});
-  return ScaleRuler(low, high, yardstick);
+  return ScaleRuler(low, high, yardstick, settings.Uscale);
 }
 
 std::int32_t PlacedElements::largestCount() const {

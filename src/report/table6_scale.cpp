@@ -13,6 +13,7 @@ constexpr double kUsualRows = 50.0;
 constexpr double kFewestLines = 1.0, kMostLines = 10.0;
 constexpr double kRowsOfALongRuler = 250.0;
 constexpr double kRowsBetweenTicks = 5.0;
+constexpr int kMostTickDecimals = 3;  // more do not fit the column beside a sign
 // Measures are 32-bit numbers: what is a whole number of rows but for their last digit is one.
 constexpr double kRowSlack = 1E-4;
 
@@ -32,6 +33,11 @@ double TickStep(double lines) {
       if (factor * decade * lines >= kRowsBetweenTicks) return factor * decade;
 }
 
+// Decimals with which a range below a unit has two ticks or more, but for the finest.
+int FineDecimals(double range) {
+  return std::clamp(static_cast<int>(-std::floor(std::log10(range / 2.0))), 1, kMostTickDecimals);
+}
+
 }  // namespace
 
 int RulerScale::RowOf(double userMeasure) const {
@@ -45,7 +51,7 @@ std::optional<double> RulerScale::TickOf(int row) const {
   return unit;
 }
 
-RulerScale ScaleRuler(double lowest, double highest, const Yardstick& yardstick) {
+RulerScale ScaleRuler(double lowest, double highest, const Yardstick& yardstick, double uscale) {
   RulerScale scale;
   scale.low = lowest;
   scale.high = highest;
@@ -56,11 +62,18 @@ RulerScale ScaleRuler(double lowest, double highest, const Yardstick& yardstick)
   if (yardstick.low != yardstick.high)
     std::tie(scale.low, scale.high) = std::minmax(yardstick.low, yardstick.high);
   const double range = scale.high - scale.low;
-  scale.lines = yardstick.lines > 0.0 ? yardstick.lines
-                                      : std::clamp(kUsualRows / range, kFewestLines, kMostLines);
+  const bool fine = std::abs(uscale) < 1.0 && range < 1.0;
+  const double most = fine ? kMostLines / std::abs(uscale) : kMostLines;
+  scale.lines =
+      yardstick.lines > 0.0 ? yardstick.lines : std::clamp(kUsualRows / range, kFewestLines, most);
   if (WholeRows(scale.lines * range) >= kMostRulerRows) scale.lines = kRowsOfALongRuler / range;
   scale.last = static_cast<int>(WholeRows(scale.lines * range));
-  scale.tick = TickStep(scale.lines);
+  if (fine) {
+    scale.tickDecimals = FineDecimals(range);
+    scale.tick = std::pow(10.0, -scale.tickDecimals);
+  } else {
+    scale.tick = TickStep(scale.lines);
+  }
   return scale;
 }
 

@@ -4,7 +4,9 @@
 // in user units.  An element stands in the row nearest to its measure; beyond the ends, in the end
 // row. Whole units have ticks: each one, where a unit has a line or more; otherwise every 2, 5, 10,
 // 20
-// ... units, so that ticks are five rows or more apart.
+// ... units, so that ticks are five rows or more apart.  Where logits are worth less than a user
+// unit and all elements stand within one, rows and ticks are finer: tenths, hundredths,
+// thousandths.
 //
 // Tested by tests/unit/report/table6_scale_test.cpp.
 #ifndef FLANKS_REPORT_TABLE6_SCALE_H
@@ -24,6 +26,7 @@ struct RulerScale {
   double lines = 10.0;            // to a user unit
   int last = 20;                  // the number of the bottom row
   double tick = 1.0;              // user units from tick to tick
+  int tickDecimals = 0;           // that a tick needs
 
   int rows() const { return last + 1; }
   double ValueOf(int row) const { return low + (last - row) / lines; }
@@ -32,8 +35,9 @@ struct RulerScale {
   std::optional<double> TickOf(int row) const;
 };
 
-// The scale of elements that stand between two user measures.
-RulerScale ScaleRuler(double lowest, double highest, const Yardstick& yardstick);
+// The scale of elements that stand between two user measures; `uscale` user units are a logit.
+RulerScale ScaleRuler(double lowest, double highest, const Yardstick& yardstick,
+                      double uscale = 1.0);
 
 }  // namespace flanks
 

@@ -88,6 +88,23 @@ TEST(RulerScale, AtMost255RowsAndThenTicksKeepFiveRowsDistance) {
   EXPECT_EQ(TicksOf(huge).size(), 33U);
 }
 
+TEST(RulerScale, SmallUnitsHaveFinerRowsAndTicks) {
+  // 3 logits of .01 on either side: 50 / .06 = 833 lines, not above 10 / .01; ticks at hundredths.
+  const RulerScale scale = ScaleRuler(-.03, .03, Yardstick{}, .01);
+  EXPECT_EQ(scale.last, 50);
+  EXPECT_EQ(scale.tickDecimals, 2);
+  const auto ticks = TicksOf(scale);
+  ASSERT_EQ(ticks.size(), 7U);
+  EXPECT_EQ(ticks.at(25), 0.0);
+  EXPECT_NEAR(ticks.at(0), .03, 1E-12);
+  EXPECT_NEAR(ticks.at(17), .01, 1E-12);  // 25 - 8.33
+  EXPECT_EQ(ScaleRuler(-.0001, .0001, Yardstick{}, .01).tickDecimals, 3);
+  EXPECT_EQ(ScaleRuler(-.0001, .0001, Yardstick{}, .01).last, 0);  // a tenth of a row
+  // A range of a unit or more has whole units, and so has a small range of whole logits.
+  EXPECT_EQ(ScaleRuler(-.5, .5, Yardstick{}, .1).tickDecimals, 0);
+  EXPECT_EQ(ScaleRuler(-.2, .2, Yardstick{}, 1.0).last, 4);
+}
+
 TEST(RulerScale, OneLineToAUnitMakesEachRowATick) {
   EXPECT_EQ(TicksOf(ScaleRuler(-3.0, 3.0, Lines(1.0))).size(), 7U);
 }

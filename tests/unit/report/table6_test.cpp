@@ -69,6 +69,7 @@ TEST(Table6, TheEchoTellsTheScaleThatIsDrawn) {
             head + "30,8.7,-2.5,3.25,Measure");                    // 50 / 5.75
   EXPECT_EQ(echo("Yardstick=,,30,70"), head + "0,1.2,30,70,End");  // 50 / 40: 1.25 is cut
   EXPECT_EQ(echo("Yardstick=0,1000"), head + "0,62.5,-2,2,End");   // 250 / 4: never over 255 rows
+  EXPECT_EQ(echo("Yardstick=0,0,-3000,3000"), head + "0,.0417,-3000,3000,End");  // 250 / 6000
   EXPECT_EQ(echo("Yardstick=0,4,-1/2,0"), head + "0,4,-.5,0,End");
 }
 
