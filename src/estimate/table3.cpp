@@ -192,14 +192,9 @@ std::string IterationDetail(const IterationState& iteration) {
 }
 
 void WriteTable3Head(Console& console) {
-  ReportState& report = console.report();
   TableHeading(console, kTitle);
-  report.headingRows = {"", Framed(kFirstHead), Framed(kSecondHead), ""};
-  report.headingRowsInUse = 2;
-  report.rulePattern = "x" + std::string(kDetailWidth, '-') + "x";
-  report.ruleTag = 0;
-  TopRule(console);
-  HeadingRows(console);
+  BeginBox(console, {"", Framed(kFirstHead), Framed(kSecondHead), ""},
+           "x" + std::string(kDetailWidth, '-') + "x");
 }
 
 void WriteTable3Foot(Console& console) {

@@ -45,17 +45,6 @@ std::string SequenceText(std::int64_t sequence) {
   return std::string(kSequenceWidth - std::min(kSequenceWidth, number.size()), ' ') + number;
 }
 
-void BeginBox(Console& console, const Table4Layout& layout, const std::string& title) {
-  TableHeading(console, title);
-  ReportState& report = console.report();
-  report.headingRows = layout.headingRows;
-  report.headingRowsInUse = 2;
-  report.rulePattern = layout.rulePattern;
-  report.ruleTag = 0;
-  TopRule(console);
-  HeadingRows(console);
-}
-
 // The headings once more, below the last row.
 void EndBox(Console& console, const Table4Layout& layout) {
   MidRule(console);
@@ -113,7 +102,8 @@ void WriteTable4(Run& run) {
     const std::string title = "Table 4." + std::to_string(++subtable) + " Unexpected Responses (" +
                               std::to_string(kept.rows.size()) + " residuals sorted by " +
                               OrderText(order, kept.width) + ")";
-    BeginBox(console, layout, title);
+    TableHeading(console, title);
+    BeginBox(console, layout.headingRows, layout.rulePattern);
     if (kept.rows.empty()) {
       WriteReportLine(console, LineAcross(layout, none));
       BottomRule(console);

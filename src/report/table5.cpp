@@ -73,13 +73,7 @@ FigureTexts Cells(const ResidualSummary& summary, Figure figure) {
 void WriteBox(Console& console, const ResidualSummary& summary) {
   const std::string meanWords = MeanWords(summary);
   const Table4Layout layout = LayOutTable5(console.settings(), meanWords);
-  ReportState& report = console.report();
-  report.headingRows = layout.headingRows;
-  report.headingRowsInUse = 2;
-  report.rulePattern = layout.rulePattern;
-  report.ruleTag = 0;
-  TopRule(console);
-  HeadingRows(console);
+  BeginBox(console, layout.headingRows, layout.rulePattern);
   const auto write = [&](const std::string& words, auto figure) {
     WriteReportLine(console, WordLine(layout, Cells(summary, figure), words));
   };

@@ -55,17 +55,6 @@ std::string ArrangedBy(const std::string& key) {
   return "  (arranged by " + key + ")";
 }
 
-void BeginBox(Console& console, const Table7Layout& layout, const std::string& title) {
-  ReportState& report = console.report();
-  TableHeading(console, title);
-  report.headingRows = layout.headingRows;
-  report.headingRowsInUse = 2;
-  report.rulePattern = layout.rulePattern;
-  report.ruleTag = 0;
-  TopRule(console);
-  HeadingRows(console);
-}
-
 void WriteRows(Run& run, const Table7Layout& layout, const std::vector<ElementSlot>& ordered) {
   Console& console = run.console;
   Table7Sets sets;
@@ -84,7 +73,8 @@ void WriteList(Run& run, FlankBoxes& boxes, const ElementList& list) {
     if (run.console.YieldToWindow()) return;
     std::string title = Title(run.analysis, boxes, list.title);
     if (list.elements.size() >= 2) title += ArrangedBy(letters);
-    BeginBox(run.console, boxes.layout, title);
+    TableHeading(run.console, title);
+    BeginBox(run.console, boxes.layout.headingRows, boxes.layout.rulePattern);
     WriteRows(run, boxes.layout, InOrder(run, list.elements, boxes.labelLength, letters));
     if (list.ofAll) WriteAgreement(run.console, run.analysis, boxes.flank);
     if (list.elements.size() == 1) return;  // all orders are equal
@@ -123,7 +113,8 @@ void WriteGroups(Run& run, FlankBoxes& boxes) {
     for (const ElementGroup& group : boxes.groups.groups)
       if (group.number != 0) WriteList(run, boxes, {group.elements, GroupTitle(group), false});
   if (!IsAsked(run.analysis, 'S') || run.console.stopping()) return;
-  BeginBox(run.console, boxes.layout, Title(run.analysis, boxes, "") + ArrangedBy("Group"));
+  TableHeading(run.console, Title(run.analysis, boxes, "") + ArrangedBy("Group"));
+  BeginBox(run.console, boxes.layout.headingRows, boxes.layout.rulePattern);
   WriteGroupSummary(run.console, run.analysis, boxes.layout, boxes.groups.groups);
 }
 

@@ -128,6 +128,17 @@ void TableHeading(Console& console, std::string_view title) {
   WriteReportLine(console, "");
 }
 
+void BeginBox(Console& console, const std::array<std::string, 4>& headingRows,
+              std::string_view rulePattern, int inUse) {
+  ReportState& report = console.report();
+  report.headingRows = headingRows;
+  report.headingRowsInUse = inUse;
+  report.rulePattern = rulePattern;
+  report.ruleTag = 0;
+  TopRule(console);
+  HeadingRows(console);
+}
+
 void TopRule(Console& console) {
   WriteRule(console, BoxPosition::top);
 }

@@ -9,6 +9,7 @@
 #ifndef FLANKS_RUN_REPORT_PAGE_H
 #define FLANKS_RUN_REPORT_PAGE_H
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,11 @@ void SelectTable(Console& console, int number);
 
 // The block above each Table: empty line, run heading, title and ".", empty line.
 void TableHeading(Console& console, std::string_view title);
+
+// The top of a box: its heading rows (row 0 is the repeat marker, `inUse` of the others count) and
+// its rule become those of the Table at work; then the rule, the rows and the mid rule.
+void BeginBox(Console& console, const std::array<std::string, 4>& headingRows,
+              std::string_view rulePattern, int inUse = 2);
 
 // Rule lines of the Table at work (`rulePattern`, `ruleTag`), and the heading rows with their
 // rules.
