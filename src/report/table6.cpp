@@ -152,7 +152,8 @@ void WriteFoot(Run& run, const Ruler& ruler, bool expanded) {
   const Utf8Encoded encoding = EncodingOf(run.analysis.settings);
   for (const RulerColumn& column : ruler.columns)
     if (DisplayWidth(column.head, encoding) > column.width) WriteReportLine(console, column.head);
-  for (const RulerScaleColumn& column : ruler.scaleColumns) WriteReportLine(console, column.model);
+  for (const RulerScaleColumn& column : ruler.scaleColumns)
+    for (const std::string& model : column.models) WriteReportLine(console, model);
   const std::size_t scales = ScalesOfRulers(run.analysis.scales).size();
   if (!ruler.scaleColumns.empty() && scales > ruler.scaleColumns.size())
     WriteReportLine(
@@ -174,10 +175,15 @@ void WriteRuler(Run& run, const Ruler& ruler) {
   WriteFoot(run, ruler, expanded);
 }
 
-// An item of a Flank that is not there shows nothing, for which a user would look.
-void TellFlanksNotThere(Console& console, const RulerList& list) {
+// An item of a Flank that is not there shows nothing, for which a user would look; one with more
+// letters than a form has most often lacks a comma.
+void TellOddItems(Console& console, const RulerList& list) {
   for (const std::string& item : list.notThere)
     console.ShowFlagged("Vertical=" + item + " shows nothing: there is no Flank of this number.");
+  for (const std::string& item : list.misread)
+    console.ShowFlagged("Vertical=" + item +
+                        " is no Flank number with one of the letters A, N, *, C, "
+                        "and no S, SL or #S: it is taken for the part of it that is.");
 }
 
 // The range of the rulers is that of the graphs.
@@ -252,7 +258,7 @@ void VerticalRulers(Run& run, std::string_view vertical, std::string_view yardst
       run, vertical, stick,
       subset == 0 ? ElementsOfRuler(run.analysis) : ElementsOfRuler(run.analysis, members));
   if (console.stopping()) return;
-  TellFlanksNotThere(console, ruler.list);
+  TellOddItems(console, ruler.list);
   WriteReportLine(console,
                   EchoLine(ruler.list, stick, ruler.scale, run.analysis.settings.Udecimals));
   if (ruler.columns.empty() && ruler.scaleColumns.empty())

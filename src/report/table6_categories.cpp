@@ -14,6 +14,9 @@
 namespace flanks {
 namespace {
 
+constexpr std::size_t kModelsShown = 20;  // of a scale
+// A mean that is a half but for the rounding of its terms is a half, in whatever units.
+constexpr double kTie = 1e-5;
 constexpr int kScaleWidth = 5;
 constexpr int kCategoryPlaces = 3;
 constexpr std::string_view kBoundary = "---";
@@ -51,9 +54,9 @@ std::vector<std::string> CategoryTexts(const Analysis& analysis, ScaleRow scale,
 }
 
 // A "#" of the statement becomes the element whose own scale this is.
-std::string ModelOf(const Analysis& analysis, ScaleRow scale, StructureRow structure) {
+std::string ModelOf(const Analysis& analysis, StructureRow structure) {
   const Design& design = analysis.design;
-  const ModelRow model = analysis.scales.scaleModel[scale];
+  const ModelRow model = analysis.structures.structureModel[structure];
   if (!design.models.ModelText.has(model)) return "";
   std::string text, elements;
   Position position(1);
@@ -62,8 +65,7 @@ std::string ModelOf(const Analysis& analysis, ScaleRow scale, StructureRow struc
   for (FieldCursor fields(statement); fields.Next(field); ++position) {
     if (!text.empty()) text += ",";
     const bool own = position.number() <= design.ModelFlankCount &&
-                     design.models.reference(model, position).structured &&
-                     analysis.structures.structureModel.has(structure);
+                     design.models.reference(model, position).structured;
     const ElementSlot key =
         own ? analysis.structures.structureKey.at(structure, position.number() - 1) : ElementSlot();
     if (!design.elements.ElementNumber.has(key)) {
@@ -77,14 +79,15 @@ std::string ModelOf(const Analysis& analysis, ScaleRow scale, StructureRow struc
   return text + elements;
 }
 
-// The first structure of each scale; no row for a scale without.
-Column<ScaleRow, StructureRow> FirstStructures(const Analysis& analysis) {
-  Column<ScaleRow, StructureRow> first(analysis.scales.scales());
-  for (const StructureRow structure : Downward(analysis.structures.structureScale)) {
+// The statements of each scale, the first ones where many share it.
+Column<ScaleRow, std::vector<StructureRow>> StructuresOfScales(const Analysis& analysis) {
+  Column<ScaleRow, std::vector<StructureRow>> structures(analysis.scales.scales());
+  for (const StructureRow structure : Upward(analysis.structures.structureScale)) {
     const ScaleRow scale = analysis.structures.structureScale[structure];
-    if (first.has(scale)) first[scale] = structure;
+    if (structures.has(scale) && structures[scale].size() < kModelsShown)
+      structures[scale].push_back(structure);
   }
-  return first;
+  return structures;
 }
 
 void FillCells(const std::vector<int>& categories, const std::vector<std::string>& texts,
@@ -123,7 +126,7 @@ std::vector<int> RowCategories(const Analysis& analysis, ScaleRow scale, const R
   for (int row = 0; row < ruler.rows(); ++row) {
     const double value = ruler.ValueOf(row);
     const double mean = (expectedAt(value - half) + expectedAt(value + half)) / 2.0;
-    categories.push_back(std::clamp<int>(RoundInteger(mean), 0, top));
+    categories.push_back(std::clamp<int>(RoundInteger(mean + kTie), 0, top));
   }
   // A unit below 0 turns the scale over.
   (settings.Uscale > 0.0f ? categories.front() : categories.back()) = top;
@@ -137,13 +140,14 @@ std::vector<RulerScaleColumn> BuildScaleColumns(const Analysis& analysis, const 
   std::vector<ScaleRow> scales = ScalesOfRulers(analysis.scales);
   const bool single = scales.size() == 1;
   if (scales.size() > kMostScaleColumns) scales.resize(kMostScaleColumns);
-  const Column<ScaleRow, StructureRow> structures = FirstStructures(analysis);
+  const Column<ScaleRow, std::vector<StructureRow>> structures = StructuresOfScales(analysis);
   for (const ScaleRow scale : scales) {
     RulerScaleColumn column;
     column.scale = scale;
     const std::string name = "S." + std::to_string(columns.size() + 1);
     column.head = single ? "Scale" : name;
-    column.model = name + ": Model = " + ModelOf(analysis, scale, structures[scale]);
+    for (const StructureRow structure : structures[scale])
+      column.models.push_back(name + ": Model = " + ModelOf(analysis, structure));
     FillCells(RowCategories(analysis, scale, ruler), CategoryTexts(analysis, scale, list.legends),
               list.everyNumber, EncodingOf(analysis.settings), column);
     columns.push_back(std::move(column));

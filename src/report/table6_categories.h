@@ -23,10 +23,10 @@ constexpr std::int32_t kMostScaleColumns = 50;
 
 struct RulerScaleColumn {
   ScaleRow scale;
-  std::string head;                // "Scale", or "S.2"
-  std::string model;               // "S.2: Model = ?,?,R4"
-  int width = 5;                   // places between its separators
-  std::vector<std::string> cells;  // by row of the grid, as wide as the column
+  std::string head;                 // "Scale", or "S.2"
+  std::vector<std::string> models;  // "S.2: Model = ?,?,R4", one for each statement
+  int width = 5;                    // places between its separators
+  std::vector<std::string> cells;   // by row of the grid, as wide as the column
 };
 
 // The scales of two categories and more, ascending.

@@ -232,12 +232,13 @@ ColumnFit FitColumn(const ColumnNeeds& needs) {
     case RulerForm::numbers:
       fit.width =
           needs.fixedWidth > 0 ? std::max(needs.fixedWidth, gap + 1) : needs.entryWidth + gap;
-      fit.entryWidth = std::min(needs.entryWidth, fit.width - gap);
       break;
   }
   const bool headIsCut = needs.nameWidth >= kCutHead && fit.width >= kCutHead;
   if (!headIsCut) fit.width = std::max(fit.width, needs.nameWidth - 1);
-  if (ListsElements(needs.form)) fit.perLine = (fit.width + gap) / (fit.entryWidth + gap);
+  if (!ListsElements(needs.form)) return fit;
+  fit.entryWidth = std::min(needs.entryWidth, fit.width - gap);
+  fit.perLine = (fit.width + gap) / (fit.entryWidth + gap);
   return fit;
 }
 

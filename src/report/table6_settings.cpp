@@ -49,6 +49,11 @@ RulerForm FormOf(std::string_view letters) {
   }
 }
 
+// Whether the letters of an item are nothing but a form of Flank columns.
+bool IsForm(std::string_view letters) {
+  return letters.empty() || letters == "A" || letters == "N" || letters == "*" || letters == "C";
+}
+
 void AddScales(RulerList& list, std::string_view letters) {
   if (!list.scales) list.scalesAt = list.items.size();
   list.scales = true;
@@ -87,7 +92,12 @@ RulerList AutomaticList(const FlankTable& flanks, const Column<FlankNo, RulerFla
 void AddItem(RulerList& list, const ItemWord& word, const FlankTable& flanks,
              const Column<FlankNo, RulerFlank>& shown) {
   if (IsScaleWord(word)) return AddScales(list, word.letters);
+  if (word.letters.starts_with('-')) {
+    list.notThere.push_back(word.letters);
+    return;
+  }
   const RulerForm form = FormOf(word.letters);
+  if (!IsForm(word.letters)) list.misread.push_back(word.number + word.letters);
   if (word.number.empty()) {
     for (const FlankNo flank : Upward(shown))
       if (!IsDummy(flanks, flank) && shown[flank].shown > 0) list.items.push_back({flank, form});

@@ -48,6 +48,7 @@ struct RulerList {
   std::size_t scalesAt = 0;      // the items in front of the scale columns
   std::vector<int> omitted;      // Flanks left out because all measures are the same, ascending
   std::vector<std::string> notThere;  // items of Flanks that the design does not have
+  std::vector<std::string> misread;   // items that have more than a number and a form
 
   bool empty() const { return items.empty() && !scales; }
 };

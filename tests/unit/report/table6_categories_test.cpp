@@ -71,11 +71,26 @@ TEST(RowCategories, AreThoseOfUserUnitsTakenBackToLogits) {
             (std::vector<int>{2, 2, 1, 1, 1, 1, 1, 0, 0}));
 }
 
+// At 0 a dichotomy expects a half, which is rounded up whatever the units make of it.
+TEST(RowCategories, AHalfIsAHalfInAllUnits) {
+  Analysis analysis = Scales(1);
+  analysis.scales.ScaleTopCategory[ScaleRow(0)] = 1;
+  analysis.scales.ThresholdTable.at(ScaleRow(0), 1) = 0.0f;
+  const std::vector<int> categories = {1, 1, 1, 0, 0};
+  EXPECT_EQ(RowCategories(analysis, ScaleRow(0), {-1.0, 1.0, 2.0, 4, 1.0}), categories);
+  for (const float uscale : {10.0f, 7.3f, 0.3f}) {
+    analysis.settings.Umean = 50.1f;
+    analysis.settings.Uscale = uscale;
+    const RulerScale rows{50.1f - uscale, 50.1f + uscale, 2.0 / uscale, 4, 1.0};
+    EXPECT_EQ(RowCategories(analysis, ScaleRow(0), rows), categories) << uscale;
+  }
+}
+
 TEST(ScaleColumns, AMarkStandsWhereTheNextRowHasAnotherCategory) {
   const auto columns = BuildScaleColumns(Scales(1), Asking(), kNineRows);
   ASSERT_EQ(columns.size(), 1U);
   EXPECT_EQ(columns[0].head, "Scale");
-  EXPECT_EQ(columns[0].model, "S.1: Model = ?,?,R5,1");
+  EXPECT_TRUE(columns[0].models.empty()) << "no statement has met it";
   EXPECT_EQ(columns[0].cells, (std::vector<std::string>{"  5  ", " --- ", "  4  ", "  4  ", "  4  ",
                                                         "  4  ", " --- ", "  3  ", "  3  "}));
 }
@@ -118,8 +133,21 @@ TEST(ScaleColumns, AScaleOfOneElementNamesIt) {
   analysis.structures.structureScale.push(ScaleRow(0));
   analysis.structures.structureKey.assign(1, 2, ElementSlot());
   analysis.structures.structureKey.at(StructureRow(0), 1) = ElementSlot(1);
-  EXPECT_EQ(BuildScaleColumns(analysis, Asking(), kNineRows)[0].model,
-            "S.1: Model = ?,7,R5,1  ; 7: Essay");
+  EXPECT_EQ(BuildScaleColumns(analysis, Asking(), kNineRows)[0].models,
+            std::vector<std::string>{"S.1: Model = ?,7,R5,1  ; 7: Essay"});
+}
+
+TEST(ScaleColumns, AScaleOfSeveralStatementsNamesEach) {
+  Analysis analysis = Scales(1);
+  analysis.design.models.ModelText.push({"1", "?", "R5", "1"});
+  analysis.design.models.references.assign(2, 2, {});
+  for (const int model : {0, 1}) {
+    analysis.structures.structureModel.push(ModelRow(model));
+    analysis.structures.structureScale.push(ScaleRow(0));
+  }
+  analysis.structures.structureKey.assign(2, 2, ElementSlot());
+  EXPECT_EQ(BuildScaleColumns(analysis, Asking(), kNineRows)[0].models,
+            (std::vector<std::string>{"S.1: Model = ?,?,R5,1", "S.1: Model = 1,?,R5,1"}));
 }
 
 TEST(ScaleColumns, AreFiftyAtMost) {

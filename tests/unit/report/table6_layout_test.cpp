@@ -97,6 +97,8 @@ TEST(FitColumn, TheNameWidensAColumnUnlessBothAreFiveWide) {
   EXPECT_EQ(FitColumn({RulerForm::counts, 7, 0, 3, 0}).width, 6);      // the column is not 5 wide
   EXPECT_EQ(FitColumn({RulerForm::asterisks, 30, 0, 5, 0}).width, 5);  // both are: cut
   EXPECT_EQ(FitColumn({RulerForm::asterisks, 4, 0, 9, 0}).width, 9);
+  // Labels take the room that the name makes: "Persons" less one is 6, less the gap 4.
+  EXPECT_EQ(FitColumn({RulerForm::labels, 7, 9, 3, 3}).entryWidth, 4);
   // A column that its name widens holds more of its entries.
   EXPECT_EQ(FitColumn({RulerForm::labels, 11, 1, 3, 0}).perLine, 4);  // 10 places: (10 + 2) / 3
 }

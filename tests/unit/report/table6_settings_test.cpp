@@ -69,6 +69,12 @@ TEST(RulerList, ItemsOfFlanksThatAreNotThereAreKept) {
   EXPECT_TRUE(Flanks().List("5N").empty());
 }
 
+TEST(RulerList, ItemsWithMoreThanAFlankAndAFormAreKept) {
+  const RulerList list = Flanks().List("1A 2A,-1A,3*,1.5A,S,#S,N");
+  EXPECT_EQ(list.misread, (std::vector<std::string>{"1A2A", "1.5A"}));
+  EXPECT_EQ(list.notThere, std::vector<std::string>{"-1A"});
+}
+
 TEST(RulerList, FormsShowWhatTheyHave) {
   const RulerList list = Flanks().List("2*,SL");
   EXPECT_EQ(list.items[0].flank, FlankNo(2));

@@ -114,6 +114,15 @@ TEST(Table6, WithNothingToShowThereAreHeadingsOnly) {
               HasSubstr("Vertical=7A shows nothing: there is no Flank of this number."));
 }
 
+TEST(Table6, AnItemThatLacksACommaIsTold) {
+  const Written run("Vertical=1A2A");
+  EXPECT_THAT(run.Ruler(), HasSubstr("Vertical = (1A) "));
+  EXPECT_THAT(
+      run.Screen(),
+      HasSubstr("Vertical=1A2A is no Flank number with one of the letters A, N, *, C, and no "
+                "S, SL or #S: it is taken for the part of it that is."));
+}
+
 TEST(Table6, IsNotWrittenWhenItIsSwitchedOff) {
   for (const char* off : {"Vertical=N", "Vertical=No", "Tables=11111011"})
     EXPECT_EQ(Written(off).Ruler(), "none") << off;
