@@ -24,6 +24,8 @@ struct Step {
   int digit = 1;
   int exponent = 0;
   double power() const { return std::pow(10.0, std::abs(exponent)); }
+  // The largest ideal step that this one is the nearest to: half way to the next.
+  double reach() const { return size() * (digit == 5 ? 1.5 : digit == 2 ? 1.75 : 1.5); }
   double size() const { return exponent < 0 ? digit / power() : digit * power(); }
   int decimals() const { return std::max(0, -exponent); }
   // A multiple, by one division so that .3 is the number nearest to it.
@@ -56,6 +58,23 @@ int LabelsThatFit(std::size_t longest) {
   return (kAxisColumns + spacing - 1) / spacing;
 }
 
+// Where a label begins, behind the frame's column 0.
+int StartOf(const AxisTick& tick) {
+  const int length = static_cast<int>(tick.label.size());
+  const int centred = tick.column + 1 - length / 2;
+  return std::clamp(centred, 0, std::max(0, kAxisColumns + kFrame - length));
+}
+
+bool LabelsAreApart(const std::vector<AxisTick>& ticks) {
+  int end = -1;  // of the label before and a blank
+  for (const AxisTick& tick : ticks) {
+    if (StartOf(tick) < end) return false;
+    end = StartOf(tick) + static_cast<int>(tick.label.size()) + 1;
+  }
+  return true;
+}
+
+// False where a larger step is nearer to the ideal one, or labels touch.
 bool LayTicks(MeasureAxis& axis, const Step& step) {
   axis.ticks.clear();
   std::size_t longest = 0;
@@ -63,7 +82,8 @@ bool LayTicks(MeasureAxis& axis, const Step& step) {
     axis.ticks.push_back({ColumnOf(axis, value), TickLabel(value, step.decimals())});
     longest = std::max(longest, axis.ticks.back().label.size());
   }
-  return step.size() * LabelsThatFit(longest) >= (axis.high - axis.low) * (1.0 - kNearlyWhole);
+  const double ideal = (axis.high - axis.low) / LabelsThatFit(longest);
+  return step.reach() >= ideal * (1.0 - kNearlyWhole) && LabelsAreApart(axis.ticks);
 }
 
 }  // namespace
@@ -81,7 +101,7 @@ MeasureAxis LayOutAxis(double oneEnd, double otherEnd) {
   for (int exponent = static_cast<int>(std::floor(std::log10(finest)));; ++exponent)
     for (const int digit : {1, 2, 5})
       if (const Step step{digit, exponent};
-          step.size() >= finest * (1.0 - kNearlyWhole) && LayTicks(axis, step))
+          step.reach() >= finest * (1.0 - kNearlyWhole) && LayTicks(axis, step))
         return axis;
 }
 
@@ -90,7 +110,7 @@ int ColumnOf(const MeasureAxis& axis, double userMeasure) {
   return RoundInteger(std::clamp(share, 0.0, 1.0) * (kAxisColumns - 1));
 }
 
-double MeasureAt(const MeasureAxis& axis, int column) {
+double MeasureAt(const MeasureAxis& axis, double column) {
   return axis.low + (axis.high - axis.low) * column / (kAxisColumns - 1);
 }
 
@@ -105,10 +125,7 @@ std::string AxisRule(const MeasureAxis& axis, BoxPosition position, bool ascii) 
 std::string AxisLabels(const MeasureAxis& axis) {
   std::string line(kAxisColumns + kFrame, ' ');
   for (const AxisTick& tick : axis.ticks) {
-    const int length = static_cast<int>(tick.label.size());
-    const int centred = tick.column + 1 - length / 2;
-    const int start = std::clamp(centred, 0, std::max(0, kAxisColumns + kFrame - length));
-    line.replace(static_cast<std::size_t>(start), tick.label.size(), tick.label);
+    line.replace(static_cast<std::size_t>(StartOf(tick)), tick.label.size(), tick.label);
   }
   return line;
 }

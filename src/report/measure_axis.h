@@ -3,10 +3,10 @@
 //
 // An axis is 68 columns wide.  Its two ends are measures in user units, and column c stands for the
 // measure c / 67 of the way from the one to the other.  Ticks stand at multiples of a step that is
-// 1, 2 or 5 times a power of ten: the smallest step with which the labels keep their distance.  For
-// that a label takes its length, at least 3, and 3 columns of space; as many labels as so fit the
-// 68 columns, a started one counted, divide the range into parts, and the step is at least one of
-// these.
+// 1, 2 or 5 times a power of ten.  A label takes its length, at least 3, and 3 columns of space; as
+// many labels as so fit the 68 columns, a started one counted, divide the range into parts: the
+// ideal step, to which the nearest is taken (of two the smaller), with a larger one where labels
+// would touch.
 //
 // A plot is framed on both sides, so its rules and labels are 70 columns wide:
 //
@@ -43,7 +43,7 @@ MeasureAxis LayOutAxis(double oneEnd, double otherEnd);
 
 // The column nearest to a measure, 0 to 67; a measure beyond an end stands at the end.
 int ColumnOf(const MeasureAxis& axis, double userMeasure);
-double MeasureAt(const MeasureAxis& axis, int column);
+double MeasureAt(const MeasureAxis& axis, double column);
 
 std::string AxisRule(const MeasureAxis& axis, BoxPosition position, bool ascii);
 std::string AxisLabels(const MeasureAxis& axis);

@@ -72,6 +72,7 @@ std::string ModelOf(const Analysis& analysis, StructureRow structure) {
       text += field;
       continue;
     }
+    if (design.models.reference(model, position).reversed) text += "-";
     text += std::to_string(design.elements.ElementNumber[key]);
     elements += "  ; " + std::to_string(design.elements.ElementNumber[key]) + ": " +
                 design.elements.ElementLabel[key];

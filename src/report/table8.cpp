@@ -19,6 +19,14 @@ bool IsAsked(const Settings& settings, char flag) {
   return settings.T8NBC.find(flag) != std::string::npos;
 }
 
+void TellOfNoParts(Run& run) {
+  const Settings& settings = run.analysis.settings;
+  for (const char flag : {'N', 'B', 'C'})
+    if (IsAsked(settings, flag)) return;
+  run.console.ShowFlagged("T8NBC=" + settings.T8NBC +
+                          " has none of the letters N, B, C: Table 8 has its headings alone.");
+}
+
 int NameWidth(const ScaleReport& report, Utf8Encoded encoding) {
   int widest = 0;
   for (const CategoryRow& row : report.rows)
@@ -86,6 +94,7 @@ void WriteBlock(Run& run, const Table8Block& block, const CategorySums& sums) {
 void WriteTable8(Run& run) {
   SelectTable(run.console, 8);
   if (run.console.report().switchedOff) return;
+  TellOfNoParts(run);
   CategoryPass pass(PassPartsOf(run.analysis, run.console));
   pass.Run();
   for (const Table8Block& block : Table8Blocks(run.analysis)) {

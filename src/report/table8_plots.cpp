@@ -1,8 +1,8 @@
 #include "report/table8_plots.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
-#include <functional>
 
 #include "base/single.h"
 #include "report/format/fixed_field.h"
@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kPlotRows = 21;             // from 1 to 0, or from the highest score to the lowest
 constexpr double kBeyondLandmarks = 1.0;  // logits
+constexpr double kOutOfSight = 2.0;       // a height that is as good as any above the plot
 constexpr std::string_view kProbabilityAxis = "1    Probability    0";
 static_assert(kProbabilityAxis.size() == kPlotRows);
 
@@ -36,64 +37,44 @@ std::string Margin(std::string_view text) {
   return margin.replace(width - 1 - text.size(), text.size(), text);  // a blank before the frame
 }
 
-// Numbers of categories in a row of dashes.  One that would overlap a former one takes its place.
+// Numbers of categories in a row of dashes, put from the highest to the lowest.  One that would
+// overlap a former one is left out, and so is one that would touch it where some have several
+// digits: they would run together.
 class NumberRow {
  public:
+  explicit NumberRow(int highest) : apart_(highest > kLastDigit ? 1 : 0) {}
+
   void Put(int column, int number) {
     const std::string digits = std::to_string(number);
-    const int start = std::min(column, kAxisColumns - static_cast<int>(digits.size()));
-    for (std::size_t i = 0; i < digits.size(); ++i) Clear(owners_[At(start) + i]);
-    for (std::size_t i = 0; i < digits.size(); ++i) {
-      cells_[At(start) + i] = digits[i];
-      owners_[At(start) + i] = number;
-    }
+    const int length = static_cast<int>(digits.size());
+    const int start = std::min(column, kAxisColumns - length);
+    const int first = std::max(start - apart_, 0);
+    const int end = std::min(start + length + apart_, kAxisColumns);
+    for (int at = first; at < end; ++at)
+      if (cells_[At(at)] != kFree) return;
+    cells_.replace(At(start), digits.size(), digits);
   }
   const std::string& cells() const { return cells_; }
 
  private:
-  static constexpr int kNobody = -1;
+  static constexpr char kFree = '-';
+  static constexpr int kLastDigit = 9;
 
-  void Clear(int owner) {
-    if (owner == kNobody) return;
-    for (std::size_t i = 0; i < cells_.size(); ++i) {
-      if (owners_[i] != owner) continue;
-      cells_[i] = '-';
-      owners_[i] = kNobody;
-    }
-  }
-
-  std::string cells_ = std::string(kAxisColumns, '-');
-  std::vector<int> owners_ = std::vector<int>(kAxisColumns, kNobody);
+  int apart_;  // free columns between two numbers
+  std::string cells_ = std::string(kAxisColumns, kFree);
 };
 
 using Landmark = std::optional<double> CategoryLandmarks::*;
 
-// The lowest category begins at the left end.
+// The lowest category begins at the low end; a unit below 0 turns the axis over.
 std::string StructureLine(const Table8Plot& plot, const MeasureAxis& axis, std::string_view head,
                           Landmark landmark) {
-  NumberRow row;
-  row.Put(0, plot.report.lowest);
-  for (std::size_t k = 1; k < plot.report.landmarks.size(); ++k)
+  NumberRow row(plot.report.lowest + static_cast<int>(plot.report.landmarks.size()) - 1);
+  for (std::size_t k = plot.report.landmarks.size() - 1; k >= 1; --k)
     if (const std::optional<double>& mark = plot.report.landmarks[k].*landmark)
       row.Put(ColumnOf(axis, *mark * plot.uscale), plot.report.lowest + static_cast<int>(k));
+  row.Put(plot.uscale < 0.0 ? kAxisColumns - 1 : 0, plot.report.lowest);
   return Framed(std::string(head), '<', row.cells(), '>');
-}
-
-// The scale's answer at each column of the axis.
-struct ColumnCurve {
-  ProbabilityArray probability{};
-  double expected = 0.0;
-};
-
-void ForEachColumn(const Table8Plot& plot, const MeasureAxis& axis,
-                   const std::function<void(int, const ColumnCurve&)>& draw) {
-  ColumnCurve curve;
-  for (int column = 0; column < kAxisColumns; ++column) {
-    const float measure = Single(MeasureAt(axis, column) / plot.uscale);
-    curve.expected =
-        CategoryProbabilities(*plot.report.kernel, measure, curve.probability).expected;
-    draw(column, curve);
-  }
 }
 
 // The plot between its rules, with the measures below it; `margins` has a text for each row.
@@ -110,13 +91,88 @@ std::vector<std::string> FramePlot(const Table8Plot& plot, const MeasureAxis& ax
   return lines;
 }
 
-// The row of a height between 0 and 1; 1 is the topmost.
-std::size_t RowAt(double height) {
-  return At(RoundInteger((1.0 - std::clamp(height, 0.0, 1.0)) * (kPlotRows - 1)));
+// The row of a height, 1 the topmost, 0 the lowest; a height above 1 has one above the plot.
+int RowAt(double height) {
+  return RoundInteger((1.0 - std::clamp(height, 0.0, kOutOfSight)) * (kPlotRows - 1));
 }
 
-PlotRows EmptyRows() {
-  return {At(kPlotRows), std::string(kAxisColumns, ' ')};
+double HeightOf(int row) {
+  return 1.0 - static_cast<double>(row) / (kPlotRows - 1);
+}
+
+// What a scale answers at the columns of the axis and half way between them: point 2 c is column c.
+struct PlotPoint {
+  ProbabilityArray probability{};
+  double expected = 0.0;
+};
+
+std::vector<PlotPoint> PointsOf(const Table8Plot& plot, const MeasureAxis& axis) {
+  std::vector<PlotPoint> points(2 * kAxisColumns - 1);
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const float measure = Single(MeasureAt(axis, static_cast<double>(i) / 2.0) / plot.uscale);
+    points[i].expected =
+        CategoryProbabilities(*plot.report.kernel, measure, points[i].probability).expected;
+  }
+  return points;
+}
+
+// The cells of a plot, and which curve is in each.
+class Canvas {
+ public:
+  // Rows beside the plot are left out.
+  void Mark(int row, int column, int curve, char digit) {
+    if (row < 0 || row >= kPlotRows) return;
+    int& owner = owners_[At(row)][At(column)];
+    char& cell = rows_[At(row)][At(column)];
+    if (owner == curve) return;
+    cell = owner == kNobody ? digit : kSeveral;
+    owner = curve;
+  }
+  const PlotRows& rows() const { return rows_; }
+
+ private:
+  static constexpr int kNobody = -1;
+  static constexpr char kSeveral = '*';
+
+  PlotRows rows_{At(kPlotRows), std::string(kAxisColumns, ' ')};
+  std::vector<std::array<int, kAxisColumns>> owners_ = std::vector(At(kPlotRows), EmptyRow());
+
+  static std::array<int, kAxisColumns> EmptyRow() {
+    std::array<int, kAxisColumns> row{};
+    row.fill(kNobody);
+    return row;
+  }
+};
+
+// Calls `mark` with the rows between two, both left out.
+template <class Mark>
+void ForEachBetween(int oneRow, int otherRow, Mark mark) {
+  const auto [first, last] = std::minmax(oneRow, otherRow);
+  for (int row = first + 1; row < last; ++row) mark(row);
+}
+
+// Draws the curve whose height at each point is `heightAt(point)`: a mark in each column, and where
+// the curve goes over rows between two of them, marks in those rows, each in the column nearer to
+// where the curve crosses it.  `mark` takes row, column and the height there.
+template <class HeightAt, class Mark>
+void DrawCurve(const std::vector<PlotPoint>& points, HeightAt heightAt, Mark mark) {
+  mark(RowAt(heightAt(points[0])), 0, heightAt(points[0]));
+  for (int column = 0; column + 1 < kAxisColumns; ++column) {
+    const double leftHeight = heightAt(points[At(2 * column)]);
+    const double middleHeight = heightAt(points[At(2 * column + 1)]);
+    const int left = RowAt(leftHeight), middle = RowAt(middleHeight);
+    const double rightHeight = heightAt(points[At(2 * column + 2)]);
+    const int right = RowAt(rightHeight);
+    mark(right, column + 1, rightHeight);
+    if (std::max({left, middle, right}) - std::min({left, middle, right}) < 2) continue;
+    ForEachBetween(left, middle, [&](int row) { mark(row, column, HeightOf(row)); });
+    ForEachBetween(middle, right, [&](int row) { mark(row, column + 1, HeightOf(row)); });
+    if (middle == left || middle == right) continue;
+    // Whether the curve has come to the middle of its row before it is half way.
+    const double level = HeightOf(middle);
+    const bool before = (leftHeight - level) * (middleHeight - level) <= 0.0;
+    mark(middle, before ? column : column + 1, level);
+  }
 }
 
 }  // namespace
@@ -144,31 +200,34 @@ std::vector<std::string> ScaleStructureLines(const Table8Plot& plot,
 
 std::vector<std::string> ProbabilityLines(const Table8Plot& plot) {
   const MeasureAxis axis = AxisOf(plot);
-  PlotRows rows = EmptyRows();
-  const int top = plot.report.kernel->top;
-  ForEachColumn(plot, axis, [&](int column, const ColumnCurve& curve) {
-    for (int k = 0; k <= top; ++k) {
-      char& cell = rows[RowAt(static_cast<double>(curve.probability[At(k)]))][At(column)];
-      cell = cell == ' ' ? DigitOf(plot.report.lowest + k) : '*';
-    }
-  });
+  const std::vector<PlotPoint> points = PointsOf(plot, axis);
+  Canvas canvas;
+  for (int k = 0; k <= plot.report.kernel->top; ++k) {
+    DrawCurve(
+        points, [k](const PlotPoint& at) { return static_cast<double>(at.probability[At(k)]); },
+        [&](int row, int column, double /*height*/) {
+          canvas.Mark(row, column, k, DigitOf(plot.report.lowest + k));
+        });
+  }
   std::vector<std::string> margins;
   for (const char letter : kProbabilityAxis) margins.emplace_back(1, letter);
-  return FramePlot(plot, axis, "Probability Curves", rows, margins);
+  return FramePlot(plot, axis, "Probability Curves", canvas.rows(), margins);
 }
 
 std::vector<std::string> OgiveLines(const Table8Plot& plot) {
   const MeasureAxis axis = AxisOf(plot);
-  PlotRows rows = EmptyRows();
   const int top = plot.report.kernel->top;
-  ForEachColumn(plot, axis, [&](int column, const ColumnCurve& curve) {
-    rows[RowAt(curve.expected / top)][At(column)] =
-        DigitOf(plot.report.lowest + RoundInteger(std::min<double>(curve.expected, top)));
-  });
+  Canvas canvas;
+  DrawCurve(
+      PointsOf(plot, axis), [top](const PlotPoint& at) { return at.expected / top; },
+      [&](int row, int column, double height) {
+        const int score = RoundInteger(std::min(height, 1.0) * top);
+        canvas.Mark(row, column, 0, DigitOf(plot.report.lowest + score));
+      });
   std::vector<std::string> margins(At(kPlotRows));
   for (int k = 0; k <= top; ++k)  // of several in one row the highest is named
-    margins[RowAt(static_cast<double>(k) / top)] = std::to_string(plot.report.lowest + k);
-  return FramePlot(plot, axis, "Expected Score Ogive (Model ICC)", rows, margins);
+    margins[At(RowAt(static_cast<double>(k) / top))] = std::to_string(plot.report.lowest + k);
+  return FramePlot(plot, axis, "Expected Score Ogive (Model ICC)", canvas.rows(), margins);
 }
 
 }  // namespace flanks

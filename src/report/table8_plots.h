@@ -24,12 +24,15 @@ MeasureAxis AxisOf(const Table8Plot& plot);
 
 // The lines "  Mode", "Median" and "  Mean": the number of each category where it becomes the most
 // probable one, where half of the responses are in it or above, where the expected score is half a
-// score below it.  A number that would stand over a lower one takes its place.
+// score below it.  A number that would stand over a higher one, or run together with it, is left
+// out.
 std::vector<std::string> ScaleStructureLines(const Table8Plot& plot,
                                              const std::string& identification);
-// Each category's last digit along its probability; "*" where two of them meet.
+// Each category's last digit along its probability, in each row that it goes over; "*" where two of
+// them meet.
 std::vector<std::string> ProbabilityLines(const Table8Plot& plot);
-// The last digit of the score nearest to the expected score.
+// The last digit of the score nearest to the expected score.  Counts may be expected to be above
+// the highest observed one: there the curve has left the plot.
 std::vector<std::string> OgiveLines(const Table8Plot& plot);
 
 }  // namespace flanks

@@ -31,6 +31,7 @@ std::string ModelLine(const Analysis& analysis, StructureRow structure) {
       line += design.models.ModelText[model][static_cast<std::size_t>(position.number()) - 1] + ",";
       continue;
     }
+    if (design.models.reference(model, position).reversed) line += "-";
     line += std::to_string(design.elements.ElementNumber[key]) + ",";
     elements += "  ; " + design.flanks.FlankName[design.maps.ModelFlank[position]] + ": " +
                 design.elements.ElementLabel[key];
@@ -69,16 +70,6 @@ bool IsDiagnosed(const ScaleTables& scales, ScaleRow scale) {
   return StructureOf(scales, scale) != Table8Structure::none && HasAnchoredThreshold(scales, scale);
 }
 
-// How far a free threshold would move from here: the step of estimate/threshold_step.h.
-std::optional<double> DisplacementOf(const CategorySums& sums, ScaleRow scale, int k) {
-  const double below = sums.Used.at(scale, k - 1), above = sums.Used.at(scale, k);
-  const double expectedBelow = sums.Expected.at(scale, k - 1);
-  const double expectedAbove = sums.Expected.at(scale, k);
-  if (!(below > 0.0) || !(above > 0.0) || !(expectedBelow > 0.0) || !(expectedAbove > 0.0))
-    return std::nullopt;
-  return std::log(below) - std::log(above) + std::log(expectedAbove) - std::log(expectedBelow);
-}
-
 // The threshold of category k, at least 1, and what is known of it.
 void FillThreshold(const ScaleTables& scales, ScaleRow scale, int k, const CategorySums& sums,
                    CategoryRow& row) {
@@ -91,7 +82,7 @@ void FillThreshold(const ScaleTables& scales, ScaleRow scale, int k, const Categ
   row.threshold = scales.ThresholdTable.at(scale, k);
   row.anchored = flag == kCategoryAnchored;
   if (row.anchored) {
-    row.displacement = DisplacementOf(sums, scale, k);
+    row.displacement = DisplacementOf(sums, scale, k, top);
   } else if (const double information = scales.DiscriminationSums.at(scale, k);
              scales.scaleType[scale] == ScaleType::rating && top >= 2 && information > 0.0) {
     row.standardError = 1.0 / std::sqrt(information);

@@ -1,9 +1,13 @@
 #include "stats/category_pass.h"
 
+#include <algorithm>
+
 #include "estimate/moments.h"
 
 namespace flanks {
 namespace {
+
+constexpr double kLargestDisplacement = 10.0;  // logits; as of an element
 
 double Quotient(double sum, double weight) {
   return weight > 0.0 ? sum / weight : 0.0;
@@ -21,6 +25,16 @@ CategoryFigures FiguresOf(const CategorySums& sums, ScaleRow scale, int category
   return figures;
 }
 
+std::optional<double> DisplacementOf(const CategorySums& sums, ScaleRow scale, int category,
+                                     int top) {
+  const double information = sums.Information.at(scale, category);
+  if (!(information > 0.0)) return std::nullopt;
+  double tooMany = 0.0;
+  for (int k = top; k >= category; --k)
+    tooMany += sums.Expected.at(scale, k) - sums.Used.at(scale, k);
+  return std::clamp(tooMany / information, -kLargestDisplacement, kLargestDisplacement);
+}
+
 CategoryPass::CategoryPass(const PassParts& parts)
     : parts_(parts),
       reader_(parts),
@@ -32,7 +46,7 @@ CategoryPass::CategoryPass(const PassParts& parts)
   const std::int32_t scales = parts.scales.scales();
   for (Grid<ScaleRow, double>* grid :
        {&sums_.Total, &sums_.Used, &sums_.MeasureTotal, &sums_.OutfitTotal, &sums_.Expected,
-        &sums_.ExpectedMeasures})
+        &sums_.ExpectedMeasures, &sums_.Information})
     grid->assign(scales, parts.scales.width, 0.0);
 }
 
@@ -101,10 +115,15 @@ void CategoryPass::AddRun(const ObservationBlock& block, const LaneRun& run,
     sums_.OutfitTotal.at(scale, category_[lane]) += w * square_[lane];
     double* const expected = sums_.Expected.row(scale);
     double* const measures = sums_.ExpectedMeasures.row(scale);
+    double* const information = sums_.Information.row(scale);
+    double above = 0.0;
     for (int k = top; k >= 0; --k) {
-      const double weighted = w * probability[static_cast<std::size_t>(k) * stride + j];
+      const double p = probability[static_cast<std::size_t>(k) * stride + j];
+      const double weighted = w * p;
       expected[k] += weighted;
       measures[k] += weighted * B;
+      above += p;
+      if (k > 0) information[k] += w * above * (1.0 - above);
     }
   }
 }

@@ -13,6 +13,8 @@
 //   average measure of k    sum of w B over x = k       / sum of w over x = k
 //   expected average of k   sum of w p(k) B             / sum of w p(k)
 //   outfit of k             sum of w z squared, x = k   / sum of w over x = k
+//   displacement of threshold k, with P(k) the probability of k and above
+//                           sum of w (P(k) - [x >= k])  / sum of w P(k) (1 - P(k))
 //
 // Tested by tests/unit/stats/category_pass_test.cpp.
 #ifndef FLANKS_STATS_CATEGORY_PASS_H
@@ -20,6 +22,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "estimate/block_kernel.h"
@@ -36,6 +39,7 @@ struct CategorySums {
   Grid<ScaleRow, double> OutfitTotal;       // w z squared over x = k
   Grid<ScaleRow, double> Expected;          // w p(k)
   Grid<ScaleRow, double> ExpectedMeasures;  // w p(k) B
+  Grid<ScaleRow, double> Information;       // of threshold k: w P(k) (1 - P(k)), P of k and above
 };
 
 // What the sums say of one category; all 0 where nothing is known.
@@ -44,6 +48,12 @@ struct CategoryFigures {
   double outfit = 0.0;
 };
 CategoryFigures FiguresOf(const CategorySums& sums, ScaleRow scale, int category);
+
+// What is to be added to threshold `category`, 1 to `top`, to come to where the data would put it:
+// residual over variance, a step of Newton's, as the displacement of an element is.  Logits; none
+// where no observation has a say.
+std::optional<double> DisplacementOf(const CategorySums& sums, ScaleRow scale, int category,
+                                     int top);
 
 // The pass itself.  Sized once for the design of `parts`, which must outlive it.
 class CategoryPass {

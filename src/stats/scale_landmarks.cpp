@@ -1,6 +1,7 @@
 #include "stats/scale_landmarks.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 #include "base/single.h"
@@ -9,6 +10,7 @@ namespace flanks {
 namespace {
 
 constexpr int kHalvings = 100;
+constexpr double kAtThreshold = 1e-4;  // what rounding in the exponents may move a start by
 constexpr double kEndDistance = 0.25;  // of the ends' landmarks from scores that nothing reaches
 constexpr std::size_t kLanes = 64;     // measures that are looked at together
 
@@ -137,6 +139,14 @@ std::optional<double> Landmark(const Search& search) {
   return search.found ? std::optional(search.middle()) : std::nullopt;
 }
 
+// Where categories k - 1 and k are equally probable is the threshold of k, to the last digit.
+std::optional<double> StartOf(const KernelScale& scale, const Search& mode) {
+  const double threshold = scale.step[static_cast<std::size_t>(mode.category)];
+  const bool own = scale.type == ScaleType::rating && mode.found &&
+                   std::abs(mode.middle() - threshold) <= kAtThreshold;
+  return own ? std::optional(threshold) : Landmark(mode);
+}
+
 void FillPeaks(Curves& curves, std::vector<CategoryLandmarks>& landmarks) {
   landmarks.front().peak = landmarks.back().peak = 1.0;
   for (std::size_t k = 1; k + 1 < landmarks.size(); ++k) {
@@ -163,7 +173,7 @@ std::vector<CategoryLandmarks> FindLandmarks(const KernelScale& scale) {
     // A category that the next one overtakes before it comes to be the most probable never is; both
     // searches have then gone the same way.
     const bool overtaken = k < top && own[4].found && !(own[4].middle() > own[1].middle());
-    if (scale.skipped[k] == 0 && !overtaken) landmarks[k].mostProbable = Landmark(own[1]);
+    if (scale.skipped[k] == 0 && !overtaken) landmarks[k].mostProbable = StartOf(scale, own[1]);
   }
   FillPeaks(curves, landmarks);
   return landmarks;

@@ -24,8 +24,8 @@ std::vector<int> Columns(const MeasureAxis& axis) {
   return columns;
 }
 
-// Labels of at most 3 columns take 6 with their space, so (68 + 5) / 6 = 12 fit: the step is at
-// least 8 / 12.
+// Labels of at most 3 columns take 6 with their space, so (68 + 5) / 6 = 12 fit; of 4 columns
+// (68 + 6) / 7 = 10.  Steps of .5 have "-3.5": .8 is ideal for them, and 1 is nearer to it.
 TEST(MeasureAxisTicks, EightLogitsHaveOneForEachLogit) {
   const MeasureAxis axis = LayOutAxis(-4.0, 4.0);
   EXPECT_EQ(Labels(axis), "-4 -3 -2 -1 0 1 2 3 4");
@@ -33,27 +33,38 @@ TEST(MeasureAxisTicks, EightLogitsHaveOneForEachLogit) {
   EXPECT_EQ(Columns(axis), (std::vector<int>{0, 8, 17, 25, 34, 42, 50, 59, 67}));
 }
 
-TEST(MeasureAxisTicks, TheStepIsOneTwoFiveOrTenTimesAPowerOfTen) {
+TEST(MeasureAxisTicks, TheStepIsTheNearestOfOneTwoFiveAndTenTimesAPowerOfTen) {
   struct Case {
     double low, high;
     std::string labels;
   };
   const Case cases[] = {
-      {-1.0, 1.0, "-1 -.8 -.6 -.4 -.2 0 .2 .4 .6 .8 1"},      // 2 / 12 = .17: .2
-      {-8.0, 8.0, "-8 -6 -4 -2 0 2 4 6 8"},                   // 16 / 12 = 1.3: 2
-      {-20.0, 20.0, "-20 -15 -10 -5 0 5 10 15 20"},           // 40 / 12 = 3.3: 5
-      {-50.0, 50.0, "-50 -40 -30 -20 -10 0 10 20 30 40 50"},  // 100 / 12 = 8.3: 10
-      {0.0, 2.9, "0 .5 1 1.5 2 2.5"},                         // 2.9 / 12 = .24: .5
-      {.013, .052, ".015 .020 .025 .030 .035 .040 .045 .050"},
-      {-30000.0, 50000.0, "-30000 -20000 -10000 0 10000 20000 30000 40000 50000"},
+      {-1.0, 1.0, "-1 -.8 -.6 -.4 -.2 0 .2 .4 .6 .8 1"},  // 2 / 12 = .17: .2
+      // 7.2 / 10 = .72 is nearer to .5, by .22, than to 1, by .28.
+      {-3.2, 4.0, "-3 -2.5 -2 -1.5 -1 -.5 0 .5 1 1.5 2 2.5 3 3.5 4"},
+      {-3.4, 4.2, "-3 -2 -1 0 1 2 3 4"},                                // 7.6 / 10 = .76
+      {-8.0, 8.0, "-8 -7 -6 -5 -4 -3 -2 -1 0 1 2 3 4 5 6 7 8"},         // 16 / 12 = 1.3: 1
+      {-50.0, 50.0, "-50 -40 -30 -20 -10 0 10 20 30 40 50"},            // 100 / 12 = 8.3: 10
+      {0.0, 2.9, "0 .2 .4 .6 .8 1 1.2 1.4 1.6 1.8 2 2.2 2.4 2.6 2.8"},  // 2.9 / 12 = .24: .2
+      {.013, .052, ".015 .020 .025 .030 .035 .040 .045 .050"},          // .039 / 10 = .0039: .005
+      {-300.0, 500.0, "-300 -200 -100 0 100 200 300 400 500"},          // 800 / 10 = 80: 100
   };
   for (const Case& c : cases) EXPECT_EQ(Labels(LayOutAxis(c.low, c.high)), c.labels);
 }
 
-// "-250" takes 7 columns with its space, so (68 + 6) / 7 = 10 fit.
+// "-250" takes 7 columns with its space, so (68 + 6) / 7 = 10 fit; "-2000" takes 8, so 9 fit: 7000
+// over 9 is 778, which is nearer to 1000 than to 500.
 TEST(MeasureAxisTicks, LongerLabelsStandFurtherApart) {
   EXPECT_EQ(Labels(LayOutAxis(-250, 250)), "-250 -200 -150 -100 -50 0 50 100 150 200 250");
-  EXPECT_EQ(Labels(LayOutAxis(-260, 260)), "-200 -100 0 100 200");  // 50 times 10 is below 520
+  EXPECT_EQ(Labels(LayOutAxis(-260, 260)), "-250 -200 -150 -100 -50 0 50 100 150 200 250");
+  EXPECT_EQ(Labels(LayOutAxis(-2500, 4500)), "-2000 -1000 0 1000 2000 3000 4000");
+}
+
+// 40 / 12 = 3.3 is nearer to 2 than to 5; but "-20", "-18" and so on would stand 3 columns apart.
+// 80000 / 8 is 10000, 8 columns; but "-30000" is moved inside the frame, up to "-20000".
+TEST(MeasureAxisTicks, WhereLabelsWouldTouchTheStepIsLarger) {
+  EXPECT_EQ(Labels(LayOutAxis(-20.0, 20.0)), "-20 -15 -10 -5 0 5 10 15 20");
+  EXPECT_EQ(Labels(LayOutAxis(-30000.0, 50000.0)), "-20000 0 20000 40000");
 }
 
 TEST(MeasureAxisTicks, LabelsNeverTouch) {

@@ -135,6 +135,9 @@ TEST(ScaleColumns, AScaleOfOneElementNamesIt) {
   analysis.structures.structureKey.at(StructureRow(0), 1) = ElementSlot(1);
   EXPECT_EQ(BuildScaleColumns(analysis, Asking(), kNineRows)[0].models,
             std::vector<std::string>{"S.1: Model = ?,7,R5,1  ; 7: Essay"});
+  analysis.design.models.references.at(ModelRow(0), 1).reversed = true;
+  EXPECT_EQ(BuildScaleColumns(analysis, Asking(), kNineRows)[0].models,
+            std::vector<std::string>{"S.1: Model = ?,-7,R5,1  ; 7: Essay"});
 }
 
 TEST(ScaleColumns, AScaleOfSeveralStatementsNamesEach) {

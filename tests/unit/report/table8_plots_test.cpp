@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -70,6 +71,57 @@ TEST(Table8Plots, ANumberOverALowerOneTakesItsPlace) {
   EXPECT_TRUE(mode.starts_with("  Mode:<9-"));
 }
 
+// Each category overtakes the one below by .1 logit, less than two columns: numbers would touch,
+// "1112", or "79" of 7 and 9.  Where all have one digit they may.
+TEST(Table8Plots, NumbersOfAScaleWithSeveralDigitsNeverTouch) {
+  std::vector<float> thresholds;
+  for (int k = 0; k < 8; ++k) thresholds.push_back(.1f * static_cast<float>(k));
+  const auto lines = [&](int lowest) {
+    const ScaleReport report = Scale(thresholds, lowest);
+    return ScaleStructureLines({report, 1.0}, "");
+  };
+  for (const int lowest : {2, 4, 8}) {
+    const int highest = lowest + 8;
+    const std::vector<std::string> chart = lines(lowest);
+    for (std::size_t line = 3; line < 6; ++line) {
+      int former = lowest - 1;
+      std::string numbers = chart[line].substr(8, 68);
+      std::ranges::replace(numbers, '-', ' ');
+      std::istringstream words(numbers);
+      for (int number = 0; words >> number; former = number) {
+        if (former < lowest) EXPECT_EQ(number, lowest);
+        EXPECT_GT(number, former) << numbers;
+        EXPECT_LE(number, highest) << numbers;
+      }
+      EXPECT_EQ(former, highest) << numbers;
+    }
+  }
+  const std::string single = lines(0)[3].substr(8, 68);
+  EXPECT_EQ(std::ranges::count_if(single, [](char c) { return c != '-'; }), 9) << single;
+}
+
+// 10 to 12 begin two columns apart: 11 would touch 12 and is left out; 10, which touches 11 alone,
+// stays.  The columns come from a script apart.
+TEST(Table8Plots, ANumberLeftOutTakesNoPlace) {
+  const ScaleReport report = Scale({-2.0f, -.4f, -.2f, 0.0f}, 8);
+  const MeasureAxis axis = AxisOf({report, 1.0});
+  const double starts[] = {-2.0, -.4, -.2, 0.0};
+  const int columns[] = {22, 38, 40, 42};
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(ColumnOf(axis, starts[i]), columns[i]);
+  const std::string mode = ScaleStructureLines({report, 1.0}, "")[3].substr(8, 68);
+  EXPECT_NE(mode.find("-10--12-"), std::string::npos) << mode;
+}
+
+TEST(Table8Plots, AUnitBelowZeroPutsTheLowestCategoryAtTheRightEnd) {
+  const ScaleReport report = Scale({-1.0f, 1.0f});
+  const std::vector<std::string> lines = ScaleStructureLines({report, -10.0}, "");
+  // The columns of the plain scale from the other end: 23 and 44 become 44 and 23.
+  EXPECT_EQ(lines[3], "  Mode:<" + std::string(23, '-') + "2" + std::string(20, '-') + "1" +
+                          std::string(22, '-') + "0>");
+  const std::string tens = ScaleStructureLines({Scale({-1.0f, 1.0f}, 10), -10.0}, "")[3];
+  EXPECT_TRUE(tens.ends_with("-10>")) << tens;
+}
+
 TEST(Table8Plots, ACategoryThatIsNeverTheMostProbableHasNoMode) {
   const ScaleReport report = Scale({1.0f, -1.0f});
   const std::vector<std::string> lines = ScaleStructureLines({report, 1.0}, "");
@@ -100,6 +152,61 @@ TEST(Table8Plots, CurvesCrossAtOneHalf) {
   EXPECT_EQ(lines[3 + 2][8], '0');
   // At columns 33 and 34 it is -+.03, P(1) = .49 and .51: both in row 10.
   EXPECT_EQ(lines[3 + 10].substr(8 + 33, 2), "**");
+}
+
+// Thresholds 60 logits apart: a column is nearly a logit wide and a curve goes over up to five rows
+// between two of them.  It stands in all of them; at the ends, ln 3 + 1 beyond a threshold, it has
+// come to e / 3 e + 1 = .11 or .89, rows 18 and 2.  Where two cross there is "*" in the middle row.
+TEST(Table8Plots, ASteepCurveStandsInEachRowThatItCrosses) {
+  const ScaleReport report = Scale({-30.0f, 30.0f});
+  const std::vector<std::string> lines = Ascii(ProbabilityLines({report, 1.0}));
+  for (const char category : {'0', '1', '2'}) {
+    for (std::size_t row = 2; row <= 18; ++row) {
+      const std::string cells = lines[3 + row].substr(8, 68);
+      EXPECT_TRUE(cells.find(category) != std::string::npos || cells.find('*') != std::string::npos)
+          << category << " " << row << cells;
+    }
+  }
+  EXPECT_EQ(std::ranges::count(lines[3 + 10].substr(8), '*'), 2) << lines[3 + 10];
+  const std::vector<std::string> ogive = Ascii(OgiveLines({report, 1.0}));
+  for (std::size_t row = 1; row < 20; ++row)
+    EXPECT_NE(ogive[3 + row].substr(8, 68), std::string(68, ' ')) << row;
+}
+
+// Two logits to each side of column 33 1/2, 67 columns for 4.2 logits: gentle curves have one mark
+// in each column, and no category's mark covers its own.
+TEST(Table8Plots, AGentleCurveHasOneMarkInEachColumn) {
+  const std::vector<std::string> lines = Ascii(ProbabilityLines({Scale({0.0f}), 1.0}));
+  for (std::size_t column = 0; column < 68; ++column) {
+    int marks = 0;
+    for (std::size_t row = 0; row < 21; ++row) {
+      const char cell = lines[3 + row][8 + column];
+      marks += cell == '*' ? 2 : cell != ' ' ? 1 : 0;
+    }
+    EXPECT_EQ(marks, 2) << column;
+  }
+}
+
+// Poisson counts up to 3, expected exp(B).  Half a count below 3 is 2.5, a quarter 2.75, the most
+// probable from ln 3 on: the axis ends at ln 3 + 1, where 8.2 is expected.  The curve leaves the
+// plot where it passes half a row above 3: 3.075.
+TEST(Table8Plots, TheOgiveOfCountsLeavesThePlotAtTheTop) {
+  ScaleReport report;
+  report.kernel.emplace();
+  SetUpKernelScale(ScaleType::poisson, 3, std::vector<float>{1.0f, 0.0f, 0.0f, 0.0f},
+                   std::vector<std::int16_t>(4, kCategoryFree), 80.0f, *report.kernel);
+  report.landmarks = FindLandmarks(*report.kernel);
+  const MeasureAxis axis = AxisOf({report, 1.0});
+  ASSERT_GT(axis.high, 1.9);
+  const std::vector<std::string> lines = Ascii(OgiveLines({report, 1.0}));
+  std::size_t last = 0;
+  for (std::size_t column = 0; column < 68; ++column)
+    for (std::size_t row = 0; row < 21; ++row)
+      if (lines[3 + row][8 + column] != ' ') last = std::max(last, column);
+  const double leaves = std::log(3.075);
+  EXPECT_LE(MeasureAt(axis, static_cast<double>(last)), leaves + .5 * (axis.high - axis.low) / 67);
+  EXPECT_GT(MeasureAt(axis, static_cast<double>(last) + 1.0), leaves);
+  EXPECT_EQ(lines[3][8 + last], '3');
 }
 
 TEST(Table8Plots, TheOgiveGoesFromTheLowestScoreToTheHighest) {

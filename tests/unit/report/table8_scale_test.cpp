@@ -65,6 +65,12 @@ TEST(Table8Blocks, ScalesOfOneStatementAreCountedBehindItsNumber) {
   EXPECT_EQ(run.Models(2), Lines{" Model = ?,3,R2  ; Items: three"});
 }
 
+TEST(Table8Blocks, AReversedPositionOfAnElementKeepsItsSign) {
+  const Finished run("Models=\n?,-1#,R2\n?,2-3#,R2\n*\n");
+  EXPECT_EQ(run.Models(0), Lines{" Model = ?,-1,R2  ; Items: one"});
+  EXPECT_EQ(run.Models(1), Lines{" Model = ?,2,R2  ; Items: two"});
+}
+
 TEST(Table8Blocks, StatementsOfAGeneralScaleShareABlock) {
   const std::string definition = "Rating scale=Quality,R2\n0=low\n*\n";
   const Finished shared("Models=\n?,1,Quality\n?,2-3,Quality\n*\n" + definition);
@@ -168,8 +174,8 @@ TEST(Table8Categories, KeptWithoutResponsesAreInfinite) {
   EXPECT_TRUE(anchored.rows[3].anchored);
 }
 
-// The displacement is the log of how far the counts of the two categories are from the expected
-// ones.
+// The displacement is a threshold's expected responses in its category and above, less those
+// observed, over their variance (which the fit has summed as well; no weights here).
 TEST(Table8Categories, OfAnchoredThresholdsAreDiagnosed) {
   const Finished run("Models=?,?,Q\nRating scale=Q,R2\n0=none\n1=some,-1,A\n2=all,1,A\n*\n");
   const ScaleReport report = run.Report(0);
@@ -180,9 +186,11 @@ TEST(Table8Categories, OfAnchoredThresholdsAreDiagnosed) {
   EXPECT_FALSE(middle.standardError);
   EXPECT_EQ(*middle.threshold, -1.0f);
   EXPECT_EQ(middle.name, "some");
-  const double expectedLow = low.used - low.residual, expected = middle.used - middle.residual;
-  EXPECT_NEAR(*middle.displacement, std::log((low.used / middle.used) / (expectedLow / expected)),
-              1e-12);
+  const Grid<ScaleRow, double>& information = run.run.analysis.scales.DiscriminationSums;
+  EXPECT_NEAR(*middle.displacement,
+              -(middle.residual + report.rows[2].residual) / information.at(ScaleRow(0), 1), 1e-9);
+  EXPECT_NEAR(*report.rows[2].displacement,
+              -report.rows[2].residual / information.at(ScaleRow(0), 2), 1e-9);
   EXPECT_FALSE(low.displacement);
   EXPECT_NEAR(low.residual + middle.residual + report.rows[2].residual, 0.0, 1e-5);
 }

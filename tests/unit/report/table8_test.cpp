@@ -62,6 +62,20 @@ TEST(Table8, ShowsWhatT8NBCAsksFor) {
   }
 }
 
+TEST(Table8, WithoutAPartTheHeadingsStandAloneAndTheScreenTells) {
+  const std::string told =
+      "T8NBC=X has none of the letters N, B, C: Table 8 has its headings alone.";
+  AnalysisRun none, off, some;
+  ASSERT_EQ(none.Analyze(kSpecification, "T8NBC=X"), 0);
+  EXPECT_TRUE(Holds(none.Screen(), told)) << none.Screen();
+  EXPECT_TRUE(Holds(none.Report(), "\n Rating (or partial credit) scale = Quality,R2,G,O\n"));
+  EXPECT_FALSE(Holds(none.Report(), "QUALITY CONTROL"));
+  ASSERT_EQ(off.Analyze(kSpecification, "T8NBC=X Tables=11111110"), 0);
+  EXPECT_FALSE(Holds(off.Screen(), "none of the letters"));
+  ASSERT_EQ(some.Analyze(kSpecification, "T8NBC=C"), 0);
+  EXPECT_FALSE(Holds(some.Screen(), "none of the letters"));
+}
+
 TEST(Table8, IsLeftOutWithItsFlag) {
   EXPECT_EQ(Table8Of("Tables=11111110"), "");
   EXPECT_NE(Table8Of("Tables=00000001"), "");

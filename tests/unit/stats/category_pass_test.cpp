@@ -65,6 +65,51 @@ TEST_F(ByHand, MeasuresGoToTheCategoryObservedAndByProbabilityToAll) {
   EXPECT_NEAR(FiguresOf(sums, scale, 2).outfit, 16.0 / 26, 1e-5);
 }
 
+// Category 1 and above has 6/7 at ln 2 and 2/3 at 0, category 2 has 4/7 and 1/3.  Of three weighted
+// observations there, of which two are in category 0, and one in category 1: threshold 1 has
+// 18/7 + 2/3 expected and 1 + 1 observed, variance 3 times 6/49, and 2/9; threshold 2 12/7 + 1/3
+// and 0, 3 times 12/49, and 2/9.
+TEST_F(ByHand, TheDisplacementOfAThresholdIsItsResidualOverItsVariance) {
+  design_.Observe({1, 4}, structure_, 0, 2.0f);
+  design_.Observe({1, 4}, structure_, 1);
+  design_.Observe({2, 4}, structure_, 1);
+  const CategorySums& sums = Sums();
+  const ScaleRow scale(0);
+  EXPECT_NEAR(*DisplacementOf(sums, scale, 1, 2),
+              (18.0 / 7 + 2.0 / 3 - 2.0) / (18.0 / 49 + 2.0 / 9), 1e-5);
+  EXPECT_NEAR(*DisplacementOf(sums, scale, 2, 2), (12.0 / 7 + 1.0 / 3) / (36.0 / 49 + 2.0 / 9),
+              1e-5);
+}
+
+// The same data twice as often would put a threshold in the same place.
+TEST_F(ByHand, WeightsDoNotDisplaceAThreshold) {
+  const auto displacement = [](float weight) {
+    PassDesign design;
+    design.Flank(3, kPositiveOrientation).Flank(1, kNegativeOrientation);
+    const int structure = design.Structure(design.Statement({"", ""}), design.Rating({0.0f, 0.0f}));
+    design.Build();
+    design.SetMeasures({std::log(2.0f), 0.0f, 5.0f, 0.0f});
+    design.Observe({1, 4}, structure, 0, weight);
+    design.Observe({2, 4}, structure, 1, weight);
+    CategoryPass pass(design.parts());
+    pass.Run();
+    return *DisplacementOf(pass.sums(), ScaleRow(0), 1, 2);
+  };
+  EXPECT_NEAR(displacement(1.0f), (6.0 / 7 + 2.0 / 3 - 1.0) / (6.0 / 49 + 2.0 / 9), 1e-5);
+  EXPECT_NEAR(displacement(2.0f), displacement(1.0f), 1e-9);
+}
+
+TEST_F(ByHand, AThresholdFarFromAllDataIsDisplacedByTenLogitsAtMost) {
+  CategorySums sums;
+  for (Grid<ScaleRow, double>* grid : {&sums.Used, &sums.Expected, &sums.Information})
+    grid->assign(1, 2, 0.0);
+  const ScaleRow scale(0);
+  EXPECT_FALSE(DisplacementOf(sums, scale, 1, 1));
+  sums.Used.at(scale, 1) = 3.0;
+  sums.Information.at(scale, 1) = 1e-12;
+  EXPECT_EQ(*DisplacementOf(sums, scale, 1, 1), -10.0);
+}
+
 TEST_F(ByHand, ResponsesOfExtremeElementsAreInTheTotalAlone) {
   design_.element(3).ElementStatus = kStatusMaximum;
   design_.Observe({3, 4}, structure_, 2);

@@ -67,6 +67,17 @@ TEST(Landmarks, OfThreeCategoriesAreRootsOfQuadratics) {
   EXPECT_EQ(high, *marks[2].expectation);
 }
 
+// Rounding in the kernel's exponents moves a start in its sixth place; a threshold is known
+// exactly.
+TEST(Landmarks, ACategoryStartsAtItsThresholdToTheLastDigit) {
+  const std::vector<float> thresholds = {-1.0f, -.3215f, .25534f, 1.5f};
+  const std::vector<CategoryLandmarks> marks = FindLandmarks(Rating(thresholds));
+  for (std::size_t k = 1; k < marks.size(); ++k)
+    EXPECT_EQ(*marks[k].mostProbable, static_cast<double>(thresholds[k - 1])) << k;
+  // Where a category is skipped or never the most probable, the next starts elsewhere.
+  EXPECT_NEAR(*FindLandmarks(Rating({.7f, -.7f}))[2].mostProbable, 0.0, kNear);
+}
+
 TEST(Landmarks, ACategoryBetweenDisorderedThresholdsIsNeverTheMostProbable) {
   const std::vector<CategoryLandmarks> marks = FindLandmarks(Rating({.7f, -.7f}));
   EXPECT_FALSE(marks[1].mostProbable);
