@@ -70,7 +70,8 @@ TEST(FullDisk, DuringTheDataPassIsToldWithTheFilesName) {
 TEST(FullDisk, UnderTheReportIsToldAndShowsInTheStatus) {
   FlanksSandbox sandbox;
   sandbox.Write("spec.txt",
-                "Flanks=2\nModels=?,?,R2\nLabels=\n1,Persons\n1-3=p\n*\n2,Items\n1-3=i\n*\nData=\n"
+                "Flanks=2\nTables=11111011\nModels=?,?,R2\nLabels=\n1,Persons\n1-3=p\n*\n2,"
+                "Items\n1-3=i\n*\nData=\n"
                 "1,1-3,0,1,1\n2,1-3,1,1,2\n3,1-3,2,1,0\n");
   ProgramCall call = sandbox.Call(FLANKS_PROGRAM, {"spec.txt", "report.txt"});
   call.fileSizeLimit = 4096;
