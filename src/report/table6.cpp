@@ -162,13 +162,8 @@ void WriteFoot(Run& run, const Ruler& ruler, bool expanded) {
 
 void WriteRuler(Run& run, const Ruler& ruler) {
   Console& console = run.console;
-  ReportState& report = console.report();
-  report.headingRows = {"", HeadingLine(ruler, EncodingOf(run.analysis.settings)), "", ""};
-  report.headingRowsInUse = 1;
-  report.rulePattern = RulePatternOf(ruler);
-  report.ruleTag = 0;
-  TopRule(console);
-  HeadingRows(console);
+  BeginBox(console, {"", HeadingLine(ruler, EncodingOf(run.analysis.settings)), "", ""},
+           RulePatternOf(ruler), 1);
   bool expanded = false;
   if (!WriteRows(run, ruler, expanded)) return;
   BottomRule(console);

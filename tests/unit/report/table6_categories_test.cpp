@@ -78,11 +78,15 @@ TEST(RowCategories, AHalfIsAHalfInAllUnits) {
   analysis.scales.ThresholdTable.at(ScaleRow(0), 1) = 0.0f;
   const std::vector<int> categories = {1, 1, 1, 0, 0};
   EXPECT_EQ(RowCategories(analysis, ScaleRow(0), {-1.0, 1.0, 2.0, 4, 1.0}), categories);
-  for (const float uscale : {10.0f, 7.3f, 0.3f}) {
-    analysis.settings.Umean = 50.1f;
+  // Without the tolerance rounding decides in 42 of these.
+  for (int n = 0; n < 200; ++n) {
+    const float umean = 0.37f * static_cast<float>(n);
+    const float uscale = 0.3f + 0.29f * static_cast<float>(n % 40);
+    analysis.settings.Umean = umean;
     analysis.settings.Uscale = uscale;
-    const RulerScale rows{50.1f - uscale, 50.1f + uscale, 2.0 / uscale, 4, 1.0};
-    EXPECT_EQ(RowCategories(analysis, ScaleRow(0), rows), categories) << uscale;
+    const double lines = (1.0 + 0.1 * (n % 90)) / uscale;
+    const RulerScale rows{umean - 2.0 / lines, umean + 2.0 / lines, lines, 4, 1.0};
+    EXPECT_EQ(RowCategories(analysis, ScaleRow(0), rows), categories) << umean << " " << uscale;
   }
 }
 
