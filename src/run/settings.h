@@ -57,6 +57,10 @@ struct Settings {
   bool OmitUnobserved = true;
   char PointCorrelationKind = 'M';  // Y, I, M, N
   std::string OutputQuote;
+  // The fields of the Score and Residual files: one letter each; Y is written.  Place 12 of the
+  // second is the number of decimals.
+  std::string ScoreSelection = std::string(29, 'Y');
+  std::string ResponseSelection = "2YYYYYYYYYY2YYYY";
   bool Query = false;
   std::string Replication = "R";
   bool Reversed = true;

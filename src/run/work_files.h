@@ -66,6 +66,7 @@ struct WorkFiles {
   std::unique_ptr<TextWorkFile> labelsFile;
   std::unique_ptr<TextWorkFile> statementsFile;
   std::unique_ptr<TextWorkFile> scaleFile;
+  TempFile importedData;  // the data as text, where `Data=` names no text file
   FileFaultPlan* plan = nullptr;  // how the disk is to fail; in tests only
 };
 

@@ -1,0 +1,74 @@
+#include "output/destination.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+
+#include "support/recording_shell.h"
+#include "support/scratch_folder.h"
+
+namespace flanks {
+namespace {
+
+struct Bench {
+  ScratchFolder folder;
+  Process process;
+  Analysis analysis;
+  RecordingShell shell{process.control};
+  RecordingDialogs dialogs;
+  Launcher launcher;
+  Console console{shell, dialogs, process.control, analysis.settings, analysis.report};
+  Run run{process, analysis, console, dialogs, launcher};
+
+  bool WriteThree(const std::string& name) {
+    return WriteOutputFile(run, "WriteThree", name, [](Destination& out) {
+      out.Line("one");
+      out.Lines("two\nthree\n");
+    });
+  }
+};
+
+TEST(Destination, LinesReachAFileAndAPaneAlike) {
+  Bench bench;
+  EXPECT_TRUE(bench.WriteThree(bench.folder.file("out.txt")));
+  EXPECT_EQ(bench.folder.read("out.txt"), "one\ntwo\nthree\n");
+  Destination pane(bench.console);
+  pane.Line("one");
+  pane.Lines("two\nthree\n");
+  EXPECT_EQ(bench.shell.Screen(), "one\ntwo\nthree\n");
+}
+
+TEST(Destination, AFileThatCannotBeOpenedIsToldWithTheReason) {
+  Bench bench;
+  const std::string name = bench.folder.file("missing/out.txt");
+  EXPECT_FALSE(bench.WriteThree(name));
+  EXPECT_EQ(bench.shell.Screen(),
+            "Failure opening output file: \"" + name + "\" (No such file or directory)\n");
+  EXPECT_FALSE(bench.run.console.stopping());
+}
+
+TEST(Destination, AWriteThatFailsIsToldWithItsRoutineAndLeavesTheFormerFile) {
+  Bench bench;
+  const std::string name = bench.folder.write("out.txt", "former");
+  EXPECT_FALSE(WriteOutputFile(bench.run, "WriteThree", name, [](Destination& out) {
+    out.Line("one");
+    throw std::runtime_error("File write failure for out.txt: No space left on device");
+  }));
+  EXPECT_EQ(bench.shell.Screen(),
+            "WriteThree failed: File write failure for out.txt: No space left on device.\n");
+  EXPECT_EQ(bench.folder.read("out.txt"), "former");
+  EXPECT_EQ(bench.folder.names().size(), 1u);
+}
+
+TEST(Destination, WhatWasWrittenStaysWhenTheUserBreaksTheRunOff) {
+  Bench bench;
+  const std::string name = bench.folder.write("out.txt", "former");
+  bench.process.control.CancelRequested = true;
+  EXPECT_FALSE(bench.WriteThree(name));
+  EXPECT_EQ(bench.folder.read("out.txt"), "former");
+  EXPECT_EQ(bench.folder.read("out.txt.part"), "one\ntwo\nthree\n");
+  EXPECT_EQ(bench.shell.Screen(), "What was written so far stands in \"" + name + ".part\".\n");
+}
+
+}  // namespace
+}  // namespace flanks
