@@ -1,0 +1,177 @@
+#include "output/rda_writer.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <exception>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+#include "base/shown_text.h"
+
+#ifdef FLANKS_HAS_RDATA
+#include <rdata/rdata.h>
+#endif
+
+namespace flanks {
+
+#ifndef FLANKS_HAS_RDATA
+
+WriteEnd WriteRda(const TableSource&, const FileStamp&, const RdaOptions&, ReplacedFile&) {
+  return WriteEnd::missing;
+}
+
+#else
+
+namespace {
+
+constexpr std::int64_t kRowsBetweenLooks = 1024;
+// R's NA among the numbers: a NaN with this payload ("R Internals", 1.1).
+constexpr std::uint64_t kNaBits = 0x7FF00000000007A2;
+constexpr std::size_t kNameBytes = 255;
+
+struct FreeWriter {
+  void operator()(rdata_writer_t* writer) const { rdata_writer_free(writer); }
+};
+
+// Where the library's bytes go.  A failure waits here until the library has returned.
+struct Sink {
+  ReplacedFile& target;
+  std::exception_ptr failure;
+};
+
+ssize_t TakeBytes(const void* data, size_t length, void* context) {
+  auto& sink = *static_cast<Sink*>(context);
+  try {
+    sink.target.Write({static_cast<const char*>(data), length});
+    return static_cast<ssize_t>(length);
+  } catch (...) {
+    sink.failure = std::current_exception();
+    return -1;
+  }
+}
+
+void Check(rdata_error_t error) {
+  if (error != RDATA_OK) throw std::runtime_error(rdata_error_message(error));
+}
+
+double NumberOrMissing(std::string_view cell) {
+  const std::optional<double> number = CellNumber(cell);
+  return number ? *number : std::bit_cast<double>(kNaBits);
+}
+
+class FrameWriter {
+ public:
+  FrameWriter(rdata_writer_t& writer, const TableSource& source, const TableShape& shape,
+              std::size_t roomBytes)
+      : writer_(writer), source_(source), shape_(shape), roomBytes_(roomBytes) {}
+
+  // False when the user ended the work.
+  bool WriteColumns() {
+    const std::vector<ColumnShape>& columns = shape_.columns;
+    for (std::size_t at = 0; at < columns.size();) {
+      if (!columns[at].isNumber) {
+        if (!WriteTexts(at++)) return false;
+        continue;
+      }
+      std::size_t end = at + 1;
+      while (end < columns.size() && columns[end].isNumber && end - at < ColumnsAtOnce()) ++end;
+      if (!WriteNumbers(at, end)) return false;
+      at = end;
+    }
+    return true;
+  }
+
+ private:
+  std::size_t Rows() const { return static_cast<std::size_t>(shape_.rows); }
+  std::size_t ColumnsAtOnce() const {
+    return std::max<std::size_t>(1,
+                                 roomBytes_ / (sizeof(double) * std::max(Rows(), std::size_t{1})));
+  }
+  rdata_column_t* Column(std::size_t at) {
+    return rdata_get_column(&writer_, static_cast<std::int32_t>(at));
+  }
+  bool IsStopped(const TabText& text) const {
+    return text.rows() % kRowsBetweenLooks == 0 && source_.isStopped();
+  }
+
+  bool WriteTexts(std::size_t at) {
+    TabText text(source_);
+    text.ReadRow();
+    std::string value;
+    Check(rdata_begin_column(&writer_, Column(at), static_cast<std::int32_t>(shape_.rows)));
+    while (text.ReadRow()) {
+      value = text.cell(at);
+      Check(rdata_append_string_value(&writer_, value.c_str()));
+      if (IsStopped(text)) return false;
+    }
+    Check(rdata_end_column(&writer_, Column(at)));
+    return true;
+  }
+
+  bool WriteNumbers(std::size_t begin, std::size_t end) {
+    TabText text(source_);
+    text.ReadRow();
+    std::vector<double> values((end - begin) * Rows());  // column after column
+    for (std::size_t row = 0; row < Rows() && text.ReadRow(); ++row) {
+      for (std::size_t at = begin; at < end; ++at)
+        values[(at - begin) * Rows() + row] = NumberOrMissing(text.cell(at));
+      if (IsStopped(text)) return false;
+    }
+    for (std::size_t at = begin; at < end; ++at) {
+      Check(rdata_begin_column(&writer_, Column(at), static_cast<std::int32_t>(shape_.rows)));
+      for (std::size_t row = 0; row < Rows(); ++row)
+        Check(rdata_append_real_value(&writer_, values[(at - begin) * Rows() + row]));
+      Check(rdata_end_column(&writer_, Column(at)));
+    }
+    return true;
+  }
+
+  rdata_writer_t& writer_;
+  const TableSource& source_;
+  const TableShape& shape_;
+  std::size_t roomBytes_;
+};
+
+bool WriteFrame(rdata_writer_t& writer, Sink& sink, const FileStamp& stamp,
+                const RdaOptions& options, const TableShape& shape, FrameWriter& frame) {
+  for (const ColumnShape& column : shape.columns) {
+    const std::string name(CutBetweenCharacters(column.heading, kNameBytes));
+    rdata_add_column(&writer, name.c_str(), column.isNumber ? RDATA_TYPE_REAL : RDATA_TYPE_STRING);
+  }
+  Check(rdata_begin_file(&writer, &sink));
+  Check(rdata_begin_table(&writer, options.objectName.c_str()));
+  if (!frame.WriteColumns()) return false;
+  const std::string label =
+      (stamp.title.empty() ? "" : stamp.title + "; ") + stamp.program + ", " + StampDate(stamp);
+  Check(rdata_end_table(&writer, static_cast<std::int32_t>(shape.rows), label.c_str()));
+  Check(rdata_end_file(&writer));
+  return true;
+}
+
+}  // namespace
+
+WriteEnd WriteRda(const TableSource& source, const FileStamp& stamp, const RdaOptions& options,
+                  ReplacedFile& target) {
+  const TableShape shape = MeasureTable(source, 1);
+  if (shape.stopped) return WriteEnd::stopped;
+  if (shape.rows > std::numeric_limits<std::int32_t>::max())
+    throw std::runtime_error("more rows than a data frame takes");
+  Sink sink{target, nullptr};
+  const std::unique_ptr<rdata_writer_t, FreeWriter> writer(
+      rdata_writer_init(TakeBytes, RDATA_WORKSPACE));
+  FrameWriter frame(*writer, source, shape, options.roomBytes);
+  try {
+    return WriteFrame(*writer, sink, stamp, options, shape, frame) ? WriteEnd::complete
+                                                                   : WriteEnd::stopped;
+  } catch (const std::runtime_error&) {
+    if (sink.failure) std::rethrow_exception(sink.failure);  // what the library could not know
+    throw;
+  }
+}
+
+#endif  // FLANKS_HAS_RDATA
+
+}  // namespace flanks

@@ -1,0 +1,35 @@
+// Tables as R workspaces (.rda) with one data frame.
+//
+// Columns of numbers are numbers, with NA for an empty cell and for what is too large for the form;
+// all others are texts.  Names are those of the heading line.  The file holds whole columns, so the
+// text is read once for as many columns as fit into a fixed room; memory does not grow with the
+// number of columns.
+//
+// Uses librdata; a build without it writes nothing and says so.
+//
+// Tested by tests/unit/output/hand_offs_test.cpp and, read back by R, by
+// tests/checks/read_back_test.cpp.
+#ifndef FLANKS_OUTPUT_RDA_WRITER_H
+#define FLANKS_OUTPUT_RDA_WRITER_H
+
+#include <cstddef>
+#include <string>
+
+#include "base/replaced_file.h"
+#include "output/tab_text.h"
+
+namespace flanks {
+
+struct RdaOptions {
+  std::string objectName;                         // of the data frame
+  std::size_t roomBytes = std::size_t{64} << 20;  // for columns of numbers; less in tests
+};
+
+// Writes the table of `source`, whose first line is the heading, to `target`; the caller commits.
+// Throws a std::runtime_error or std::system_error with the reason.
+WriteEnd WriteRda(const TableSource& source, const FileStamp& stamp, const RdaOptions& options,
+                  ReplacedFile& target);
+
+}  // namespace flanks
+
+#endif  // FLANKS_OUTPUT_RDA_WRITER_H

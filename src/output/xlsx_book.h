@@ -1,0 +1,55 @@
+// A workbook of libxlsxwriter, owned: opened, named for its analysis, and closed with every error
+// told.  Only the files that write workbooks include this, and only where the library is there.
+//
+// The library formats into temporary files and does not look at whether they could be written; a
+// disk that is full would give a workbook cut in the middle.  So each sheet's file is looked at
+// before the workbook is put together, and room for the copy that the library makes is tried for.
+//
+// Tested by tests/unit/output/hand_offs_test.cpp.
+#ifndef FLANKS_OUTPUT_XLSX_BOOK_H
+#define FLANKS_OUTPUT_XLSX_BOOK_H
+
+#ifdef FLANKS_HAS_XLSXWRITER
+
+#include <string>
+#include <vector>
+#include <xlsxwriter.h>
+
+#include "base/replaced_file.h"
+#include "output/tab_text.h"
+
+namespace flanks {
+
+class XlsxBook {
+ public:
+  // Rows must come one after the other: each goes to disk with the next.
+  XlsxBook(const ReplacedFile& target, const FileStamp& stamp);
+  ~XlsxBook();
+  XlsxBook(const XlsxBook&) = delete;
+  XlsxBook& operator=(const XlsxBook&) = delete;
+
+  // A sheet named `name`, or `name` and a number where that is taken.
+  lxw_worksheet* AddSheet(const std::string& name);
+  lxw_workbook* book() { return book_; }
+  lxw_format* bold() { return bold_; }
+
+  // Throws the library's error as a std::runtime_error.
+  static void Check(lxw_error error);
+  // Puts the file together.
+  void Close();
+
+ private:
+  void CheckSheetFiles();
+
+  std::string name_;
+  std::string folder_;  // for the library's temporary files
+  lxw_workbook* book_ = nullptr;
+  lxw_format* bold_ = nullptr;
+  std::vector<lxw_worksheet*> sheets_;
+};
+
+}  // namespace flanks
+
+#endif  // FLANKS_HAS_XLSXWRITER
+
+#endif  // FLANKS_OUTPUT_XLSX_BOOK_H
