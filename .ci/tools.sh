@@ -3,6 +3,8 @@
 #
 #   have_header NAME       true when the compiler finds <NAME>
 #   install PACKAGE...     Debian packages, quietly; ends the script with clear words when it cannot
+#   offer WHAT PACKAGE...  the same for what can be done without: says so and goes on when it cannot
+#   offer_libraries        the libraries for the files of other programs
 #   configure_and_build PRESET   one configuration of CMakePresets.json, from scratch or brought up to date;
 #                                called in the top folder of the project
 #
@@ -26,14 +28,15 @@ as_root() {
   fi
 }
 
-install() {
+# True when all packages are there; else the reason is told in one line.
+try_install() {
   if ! have apt-get; then
     say "please install: $* (this machine has no apt-get, so it cannot be done here)"
-    exit 1
+    return 1
   fi
   if [ "$(id -u)" -ne 0 ] && ! { have sudo && sudo -n true 2>/dev/null; }; then
     say "please run as root: apt-get install $* (this user is not root and has no free sudo)"
-    exit 1
+    return 1
   fi
   say "installing $*"
   local log
@@ -44,11 +47,31 @@ install() {
      { as_root "${apt[@]}" update </dev/null >>"$log" 2>&1 &&
        as_root "${apt[@]}" install --no-install-recommends "$@" </dev/null >>"$log" 2>&1; }; then
     rm -f "$log"
-    return
+    return 0
   fi
   tail -n 15 "$log" >&2
   say "could not install $*; the last words of apt-get stand above, all of them in $log"
-  exit 1
+  return 1
+}
+
+install() { try_install "$@" || exit 1; }
+
+offer() {
+  local what=$1
+  shift
+  [ $# -eq 0 ] || try_install "$@" || say "going on without them: $what"
+}
+
+# Each stands behind one file of the program, which says at run time when it was built without.
+offer_libraries() {
+  local -a missing=()
+  local pair
+  for pair in xlsxwriter.h:libxlsxwriter-dev readstat.h:libreadstat-dev \
+              rdata/rdata.h:librdata-dev zip.h:libzip-dev pugixml.hpp:libpugixml-dev \
+              freexl.h:libfreexl-dev zlib.h:zlib1g-dev bzlib.h:libbz2-dev lzma.h:liblzma-dev; do
+    have_header "${pair%%:*}" || missing+=("${pair#*:}")
+  done
+  offer "files of spreadsheets and statistics packages will be missing" ${missing[@]+"${missing[@]}"}
 }
 
 install_build_tools() {

@@ -16,6 +16,7 @@
 #include "output/rda_writer.h"
 #include "output/sav_writer.h"
 #include "output/tab_text.h"
+#include "output/xlsx_charts.h"
 #include "output/xlsx_writer.h"
 
 namespace flanks {
@@ -158,6 +159,23 @@ bool LaunchExcel(Run& run, const std::string& textName, const std::string& targe
                          " sheets: a sheet takes " + std::to_string(kSheetRows) + " rows.");
   run.console.ShowLine("Ready ....");
   if (source != ExcelSource::run) OpenWithProgram(run, name);
+  return true;
+}
+
+bool WriteChartWorkbook(Run& run, const std::string& targetName,
+                        const std::vector<ChartSheet>& sheets) {
+  const std::string name = WorkbookName(run.console, targetName);
+  run.console.ShowLine("Launching Excel ....");
+  const WriteEnd end = WriteReplaced(run, "WriteChartWorkbook", name, [&](ReplacedFile& file) {
+    return WriteCharts(sheets, StampOf(run), file);
+  });
+  if (end == WriteEnd::missing) TellMissing(run.console, "gridexcel.exe", ".xlsx");
+  if (end != WriteEnd::complete) return false;
+  for (const ChartSheet& sheet : sheets)
+    if (sheet.series.size() > kChartSeries)
+      run.console.ShowLine("The chart of sheet " + sheet.name + " shows the first " +
+                           std::to_string(kChartSeries) + " series; its table has all of them.");
+  run.console.ShowLine("Ready ....");
   return true;
 }
 

@@ -17,10 +17,13 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "run/run.h"
 
 namespace flanks {
+
+struct ChartSheet;  // output/xlsx_charts.h
 
 enum class OutputForm : std::uint8_t { text, webpage, excel, spss, rstat };
 
@@ -38,6 +41,9 @@ enum class ExcelSource : std::uint8_t { run, dialog, temporary };
 // opened by its registered program.  True when the workbook stands.
 bool LaunchExcel(Run& run, const std::string& textName, const std::string& targetName,
                  ExcelSource source);
+
+// Makes a workbook of line charts.  A name in .xls becomes one in .xlsx, which is told.
+bool WriteChartWorkbook(Run& run, const std::string& name, const std::vector<ChartSheet>& sheets);
 
 // Makes the SPSS file of a text in the form that output/sav_writer.h tells.  `kind` is "Score" or
 // "Residual".

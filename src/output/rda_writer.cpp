@@ -44,6 +44,7 @@ struct Sink {
 
 ssize_t TakeBytes(const void* data, size_t length, void* context) {
   auto& sink = *static_cast<Sink*>(context);
+  if (sink.failure) return -1;
   try {
     sink.target.Write({static_cast<const char*>(data), length});
     return static_cast<ssize_t>(length);
@@ -163,13 +164,17 @@ WriteEnd WriteRda(const TableSource& source, const FileStamp& stamp, const RdaOp
   const std::unique_ptr<rdata_writer_t, FreeWriter> writer(
       rdata_writer_init(TakeBytes, RDATA_WORKSPACE));
   FrameWriter frame(*writer, source, shape, options.roomBytes);
+  bool complete = false;
+  std::exception_ptr failure;
   try {
-    return WriteFrame(*writer, sink, stamp, options, shape, frame) ? WriteEnd::complete
-                                                                   : WriteEnd::stopped;
-  } catch (const std::runtime_error&) {
-    if (sink.failure) std::rethrow_exception(sink.failure);  // what the library could not know
-    throw;
+    complete = WriteFrame(*writer, sink, stamp, options, shape, frame);
+  } catch (...) {
+    failure = std::current_exception();
   }
+  // The disk's words rather than the library's, which may have gone on.
+  if (sink.failure) std::rethrow_exception(sink.failure);
+  if (failure) std::rethrow_exception(failure);
+  return complete ? WriteEnd::complete : WriteEnd::stopped;
 }
 
 #endif  // FLANKS_HAS_RDATA

@@ -67,6 +67,7 @@ struct Sink {
 
 ssize_t TakeBytes(const void* data, size_t length, void* context) {
   auto& sink = *static_cast<Sink*>(context);
+  if (sink.failure) return -1;
   try {
     sink.target.Write({static_cast<const char*>(data), length});
     return static_cast<ssize_t>(length);
@@ -129,6 +130,14 @@ void AddNotes(readstat_writer_t& writer, const FileStamp& stamp) {
   readstat_add_note(&writer, (stamp.program + ", " + StampDate(stamp)).c_str());
 }
 
+void DescribeFile(readstat_writer_t& writer, const FileStamp& stamp) {
+  readstat_set_data_writer(&writer, TakeBytes);
+  Check(readstat_writer_set_compression(&writer, READSTAT_COMPRESS_ROWS));
+  Check(readstat_writer_set_file_label(&writer, SavFileLabel(stamp).c_str()));
+  Check(readstat_writer_set_file_timestamp(&writer, static_cast<time_t>(stamp.time)));
+  AddNotes(writer, stamp);
+}
+
 // One case.  Gives the number of texts that were cut.
 int WriteCase(readstat_writer_t& writer, const TabText& row,
               const std::vector<Variable>& variables) {
@@ -175,17 +184,18 @@ SavEnd WriteSav(const TableSource& source, const FileStamp& stamp, ReplacedFile&
   if (shape.stopped) return {WriteEnd::stopped};
   const std::unique_ptr<readstat_writer_t, FreeWriter> writer(readstat_writer_init());
   Sink sink{target, nullptr};
+  SavEnd end;
+  std::exception_ptr failure;
   try {
-    readstat_set_data_writer(writer.get(), TakeBytes);
-    Check(readstat_writer_set_compression(writer.get(), READSTAT_COMPRESS_ROWS));
-    Check(readstat_writer_set_file_label(writer.get(), SavFileLabel(stamp).c_str()));
-    Check(readstat_writer_set_file_timestamp(writer.get(), static_cast<time_t>(stamp.time)));
-    AddNotes(*writer, stamp);
-    return WriteCases(*writer, sink, source, shape);
-  } catch (const std::runtime_error&) {
-    if (sink.failure) std::rethrow_exception(sink.failure);  // what the library could not know
-    throw;
+    DescribeFile(*writer, stamp);
+    end = WriteCases(*writer, sink, source, shape);
+  } catch (...) {
+    failure = std::current_exception();
   }
+  // The disk's words rather than the library's, which may have gone on.
+  if (sink.failure) std::rethrow_exception(sink.failure);
+  if (failure) std::rethrow_exception(failure);
+  return end;
 }
 
 #endif  // FLANKS_HAS_READSTAT

@@ -33,16 +33,19 @@ void TryForRoom(off_t length) {
 
 }  // namespace
 
-XlsxBook::XlsxBook(const ReplacedFile& target, const FileStamp& stamp)
+XlsxBook::XlsxBook(const ReplacedFile& target, const FileStamp& stamp, Rows rows)
     : name_(target.partName()), folder_(TempFolder()) {
   lxw_workbook_options options{};
-  options.constant_memory = LXW_TRUE;
+  options.constant_memory = rows == Rows::onDisk ? LXW_TRUE : LXW_FALSE;
   options.tmpdir = folder_.data();
   options.use_zip64 = LXW_TRUE;
   book_ = workbook_new_opt(name_.c_str(), &options);
   if (book_ == nullptr) throw std::runtime_error("a workbook cannot be made");
   bold_ = workbook_add_format(book_);
   format_set_bold(bold_);
+  boldRight_ = workbook_add_format(book_);
+  format_set_bold(boldRight_);
+  format_set_align(boldRight_, LXW_ALIGN_RIGHT);
   lxw_doc_properties properties{};
   const std::string date = StampDate(stamp);
   std::string title = stamp.title, comments = stamp.program + ", " + date;

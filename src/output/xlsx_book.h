@@ -11,6 +11,7 @@
 
 #ifdef FLANKS_HAS_XLSXWRITER
 
+#include <cstdint>
 #include <string>
 #include <vector>
 #include <xlsxwriter.h>
@@ -22,8 +23,9 @@ namespace flanks {
 
 class XlsxBook {
  public:
-  // Rows must come one after the other: each goes to disk with the next.
-  XlsxBook(const ReplacedFile& target, const FileStamp& stamp);
+  // On disk: rows must come one after the other, each goes to disk with the next.
+  enum class Rows : std::uint8_t { onDisk, inMemory };
+  XlsxBook(const ReplacedFile& target, const FileStamp& stamp, Rows rows);
   ~XlsxBook();
   XlsxBook(const XlsxBook&) = delete;
   XlsxBook& operator=(const XlsxBook&) = delete;
@@ -32,6 +34,7 @@ class XlsxBook {
   lxw_worksheet* AddSheet(const std::string& name);
   lxw_workbook* book() { return book_; }
   lxw_format* bold() { return bold_; }
+  lxw_format* boldRight() { return boldRight_; }  // above numbers
 
   // Throws the library's error as a std::runtime_error.
   static void Check(lxw_error error);
@@ -45,6 +48,7 @@ class XlsxBook {
   std::string folder_;  // for the library's temporary files
   lxw_workbook* book_ = nullptr;
   lxw_format* bold_ = nullptr;
+  lxw_format* boldRight_ = nullptr;
   std::vector<lxw_worksheet*> sheets_;
 };
 

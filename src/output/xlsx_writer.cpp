@@ -81,9 +81,12 @@ class SheetRows {
   }
 
   void WriteHeading() {
-    for (std::size_t i = 0; i < shape_.columns.size(); ++i)
-      WriteText(i, shape_.columns[i].heading, book_.bold());
+    for (std::size_t i = 0; i < shape_.columns.size(); ++i) {
+      const bool isNumber = shape_.columns[i].isNumber && shape_.columns[i].hasValue;
+      WriteText(i, shape_.columns[i].heading, isNumber ? book_.boldRight() : book_.bold());
+    }
     worksheet_freeze_panes(sheet_, 1, 0);
+    worksheet_repeat_rows(sheet_, 0, 0);  // on each page of a print
     const std::int64_t rows = std::min(left_, options_.sheetRows - 1);
     if (!shape_.columns.empty())
       XlsxBook::Check(worksheet_autofilter(sheet_, 0, 0, static_cast<lxw_row_t>(rows),
@@ -131,7 +134,7 @@ XlsxEnd WriteXlsx(const TableSource& source, const FileStamp& stamp, const XlsxO
   if (shape.columns.size() > kSheetColumns)
     throw std::runtime_error(std::to_string(shape.columns.size()) + " columns, and a sheet takes " +
                              std::to_string(kSheetColumns));
-  XlsxBook book(target, stamp);
+  XlsxBook book(target, stamp, XlsxBook::Rows::onDisk);
   SheetRows rows(book, shape, options);
   TabText text(source);
   if (options.hasHeading) text.ReadRow();

@@ -14,6 +14,7 @@
 
 #include "output/rda_writer.h"
 #include "output/sav_writer.h"
+#include "output/xlsx_charts.h"
 #include "output/xlsx_writer.h"
 #include "support/other_programs.h"
 #include "support/scratch_folder.h"
@@ -111,6 +112,65 @@ void MakeWorkbook(const ScratchFolder& folder, const std::string& name, const Ta
   });
 }
 
+// One row more than a sheet takes below its heading goes to a second sheet.
+TEST(SlowReadBack, AMillionRowsGoOnOnASecondSheet) {
+  if (!HasProgram("soffice")) GTEST_SKIP() << "LibreOffice (soffice) is not installed";
+  const ScratchFolder folder;
+  constexpr std::size_t kRows = 1'048'576;
+  std::string text = "N\tLabel\n";
+  for (std::size_t row = 1; row <= kRows; ++row) text += std::to_string(row) + "\tr\n";
+  const TableSource source{.name = folder.write("a.txt", text)};
+  ReplacedFile file;
+  ASSERT_FALSE(file.Open(folder.file("a.xlsx")));
+  EXPECT_EQ(WriteXlsx(source, SomeStamp(), {}, file).sheets, 2);
+  file.Commit();
+  const std::map<std::string, TableCells> sheets = SheetsInLibreOffice(folder, {"a.xlsx"});
+  const TableCells& first = sheets.at("a-Data");
+  ASSERT_EQ(first.size(), kRows);
+  for (std::size_t row = 1; row < kRows; ++row)
+    ASSERT_EQ(first[row], (std::vector<std::string>{std::to_string(row), "r"}));
+  ExpectSameCells(sheets.at("a-Data (2)"), {{"N", "Label"}, {"1048576", "r"}}, "second sheet");
+}
+
+// Two series with their error lines; a value is missing in one.
+std::vector<ChartSheet> SomeCharts() {
+  ChartSheet sheet;
+  sheet.name = "AM";
+  sheet.title = "Bias/Interaction: 1. R\xC3\xA4ter, 2. Tasks";
+  sheet.categoryAxis = "2. Tasks";
+  sheet.valueAxis = "Absolute Measure";
+  sheet.categories = {"1 Essay", "2 Letter", "3 Talk"};
+  sheet.series = {{"1 Ann: Absolute Measure", {0.5, {}, -1.25}},
+                  {"1 Ann: Absolute Measure (+)", {0.75, {}, -1.0}, SeriesRole::errorLine},
+                  {"1 Ann: Absolute Measure (-)", {0.25, {}, -1.5}, SeriesRole::errorLine},
+                  {"2 Ben: Absolute Measure", {0.0, 1.0, 2.0}}};
+  ChartSheet other = sheet;
+  other.name = "TV";
+  other.decimals = 0;
+  other.series.resize(1);
+  return {sheet, other};
+}
+
+const TableCells kChartTable = {{"", "1 Ann: Absolute Measure", "1 Ann: Absolute Measure (+)",
+                                 "1 Ann: Absolute Measure (-)", "2 Ben: Absolute Measure"},
+                                {"1 Essay", "0.50", "0.75", "0.25", "0.00"},
+                                {"2 Letter", "", "", "", "1.00"},
+                                {"3 Talk", "-1.25", "-1.00", "-1.50", "2.00"}};
+
+int CountOf(const std::string& part, const std::string& text) {
+  int count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+
+void MakeCharts(const ScratchFolder& folder) {
+  ReplacedFile file;
+  ASSERT_FALSE(file.Open(folder.file("charts.xlsx")));
+  EXPECT_EQ(WriteCharts(SomeCharts(), SomeStamp(), file), WriteEnd::complete);
+  file.Commit();
+}
+
 TEST(ReadBack, AWorkbookHasEveryCellInLibreOffice) {
   if (!HasProgram("soffice")) GTEST_SKIP() << "LibreOffice (soffice) is not installed";
   const ScratchFolder folder;
@@ -119,10 +179,11 @@ TEST(ReadBack, AWorkbookHasEveryCellInLibreOffice) {
   MakeWorkbook(folder, "wide.xlsx", ManyColumns(), {});
   MakeWorkbook(folder, "empty.xlsx", OnlyAHeading(), {});
   MakeWorkbook(folder, "bare.xlsx", bare, {.hasHeading = false});
+  MakeCharts(folder);
   MakeWorkbook(folder, "split.xlsx", TwentyFiveRows(), {.sheetName = "r", .sheetRows = 11});
   const std::map<std::string, TableCells> sheets = SheetsInLibreOffice(
-      folder, {"cells.xlsx", "wide.xlsx", "empty.xlsx", "bare.xlsx", "split.xlsx"});
-  ASSERT_EQ(sheets.size(), 7u);
+      folder, {"cells.xlsx", "wide.xlsx", "empty.xlsx", "bare.xlsx", "split.xlsx", "charts.xlsx"});
+  ASSERT_EQ(sheets.size(), 9u);
   ExpectSameCells(sheets.at("cells-S_1"), EveryKindOfCell(), "cells");
   ExpectSameCells(sheets.at("wide-Data"), ManyColumns(), "wide");
   ExpectSameCells(sheets.at("empty-Data"), OnlyAHeading(), "empty");
@@ -130,6 +191,29 @@ TEST(ReadBack, AWorkbookHasEveryCellInLibreOffice) {
   ExpectSameCells(sheets.at("split-r"), RowsOf(TwentyFiveRows(), 1, 10), "first sheet");
   ExpectSameCells(sheets.at("split-r (2)"), RowsOf(TwentyFiveRows(), 11, 20), "second sheet");
   ExpectSameCells(sheets.at("split-r (3)"), RowsOf(TwentyFiveRows(), 21, 25), "third sheet");
+  TableCells table = sheets.at("charts-AM");
+  ASSERT_EQ(table.size(), 31u) << "27 rows below the chart, then the table";
+  table.erase(table.begin(), table.begin() + 27);
+  ExpectSameCells(table, kChartTable, "table of a chart");
+}
+
+// The charts are what LibreOffice makes of them.
+TEST(ReadBack, ChartsHaveTheirLinesInLibreOffice) {
+  if (!HasProgram("soffice")) GTEST_SKIP() << "LibreOffice (soffice) is not installed";
+  const ScratchFolder folder;
+  MakeCharts(folder);
+  const std::string flat = FlatFormInLibreOffice(folder, "charts.xlsx");
+  EXPECT_EQ(CountOf("chart:class=\"chart:line\" chart:style-name=\"ch1\"", flat), 2) << "charts";
+  EXPECT_EQ(CountOf("<chart:series ", flat), 5);
+  EXPECT_EQ(CountOf("loext:hide-legend=\"true\"", flat), 2) << "the error lines";
+  for (const char* part : {"chart:values-cell-range-address=\"AM.B29:AM.B31\"",
+                           "chart:label-cell-address=\"AM.B28:AM.B28\"",
+                           "chart:values-cell-range-address=\"AM.E29:AM.E31\"",
+                           "chart:values-cell-range-address=\"TV.B29:TV.B31\"",
+                           "table:cell-range-address=\"AM.A29:AM.A31\"",
+                           "<text:p>Bias/Interaction: 1. R\xC3\xA4ter, 2. Tasks</text:p>",
+                           "<text:p>2. Tasks</text:p>", "<text:p>Absolute Measure</text:p>"})
+    EXPECT_THAT(flat, HasSubstr(part));
 }
 
 // Head lines: their number, names, labels, format values.

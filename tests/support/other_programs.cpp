@@ -84,6 +84,13 @@ std::map<std::string, TableCells> SheetsInLibreOffice(const ScratchFolder& folde
   return sheets;
 }
 
+std::string FlatFormInLibreOffice(const ScratchFolder& folder, const std::string& name) {
+  Run(folder, "soffice",
+      {"-env:UserInstallation=file://" + folder.file("profile"), "--headless", "--convert-to",
+       "fods", name});
+  return folder.read(std::filesystem::path(name).stem().string() + ".fods");
+}
+
 TableCells CasesInPspp(const ScratchFolder& folder, const std::string& name) {
   Run(folder, "pspp-convert", {name, name + ".csv"});
   return ReadCommaSeparated(folder.read(name + ".csv"));

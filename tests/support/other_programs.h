@@ -26,6 +26,9 @@ TableCells ReadCommaSeparated(std::string_view text);
 std::map<std::string, TableCells> SheetsInLibreOffice(const ScratchFolder& folder,
                                                       const std::vector<std::string>& names);
 
+// The workbook with its charts as one XML text (.fods), as LibreOffice understands it.
+std::string FlatFormInLibreOffice(const ScratchFolder& folder, const std::string& name);
+
 // The variables' names and the cases of an SPSS file, in PSPP.
 TableCells CasesInPspp(const ScratchFolder& folder, const std::string& name);
 // What PSPP prints for a syntax.

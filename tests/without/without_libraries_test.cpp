@@ -6,6 +6,7 @@
 #include <string>
 
 #include "output/hand_offs.h"
+#include "output/xlsx_charts.h"
 #include "support/recording_shell.h"
 #include "support/scratch_folder.h"
 
@@ -24,9 +25,13 @@ TEST(WithoutLibraries, TellsEachFormThatIsMissing) {
   const std::string text = folder.write("a.txt", "Measure\n1\n");
   const std::string workbook = folder.write("a.xlsx", "former");
   EXPECT_FALSE(LaunchExcel(run, text, workbook, ExcelSource::run));
+  EXPECT_FALSE(WriteChartWorkbook(run, workbook, {}));
   EXPECT_FALSE(LaunchSpss(run, "Score", text, folder.file("a.sav")));
   EXPECT_FALSE(RunRStatistics(run, text, folder.file("a.rda"), "SCFILE.1", false));
   EXPECT_EQ(shell.Screen(),
+            "Launching Excel ....\n"
+            "F63 Module gridexcel.exe not found. Flanks is not installed correctly.\n"
+            "This build of Flanks cannot write .xlsx files: it was made without their library.\n"
             "Launching Excel ....\n"
             "F63 Module gridexcel.exe not found. Flanks is not installed correctly.\n"
             "This build of Flanks cannot write .xlsx files: it was made without their library.\n"

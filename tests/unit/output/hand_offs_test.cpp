@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,6 +16,7 @@
 #include "output/rda_writer.h"
 #include "output/sav_writer.h"
 #include "output/tab_text.h"
+#include "output/xlsx_charts.h"
 #include "output/xlsx_writer.h"
 #include "support/recording_shell.h"
 #include "support/scratch_folder.h"
@@ -276,6 +279,39 @@ TEST(HandOffs, LeaveTheFormerFileWhenTheDiskIsFull) {
   EXPECT_TRUE(bench.Excel("a.xlsx")) << "with room again";
 }
 
+// The length of the first sheet before it was packed, as the archive's directory has it.
+std::uint32_t SheetLength(const std::string& archive) {
+  constexpr std::size_t kLengthAt = 24, kNameAt = 46;  // of a directory entry
+  for (std::size_t at = archive.find("PK\x01\x02"); at != std::string::npos;
+       at = archive.find("PK\x01\x02", at + 1))
+    if (archive.compare(at + kNameAt, 24, "xl/worksheets/sheet1.xml") == 0) {
+      std::uint32_t length = 0;
+      std::memcpy(&length, archive.data() + at + kLengthAt, sizeof length);
+      return length;
+    }
+  return 0;
+}
+
+// The library does not look at whether its temporary files could be written.  With the least room
+// that is taken for enough, the sheet is as long as with plenty.
+TEST(HandOffs, AWorkbookIsCompleteWithTheLeastRoomThatIsEnough) {
+  Bench bench;
+  std::string rows = "Measure\tE-Label\n";
+  for (int row = 0; row < 2000; ++row) rows += std::to_string(row * 7919 % 1000) + ".25\tperson\n";
+  bench.text = bench.folder.write("some.txt", rows);
+  ASSERT_TRUE(bench.Excel("plenty.xlsx"));
+  const std::uint32_t length = SheetLength(bench.folder.read("plenty.xlsx"));
+  ASSERT_GT(length, rows.size());
+  rlim_t tooLittle = 0, enough = 8 << 20;
+  while (enough - tooLittle > 1) {
+    const rlim_t middle = (tooLittle + enough) / 2;
+    const FileSizeLimit limit(middle);
+    (bench.Excel("least.xlsx") ? enough : tooLittle) = middle;
+  }
+  ASSERT_GT(enough, 1u);
+  EXPECT_EQ(SheetLength(bench.folder.read("least.xlsx")), length);
+}
+
 TEST(HandOffs, EndWhenTheUserBreaksTheRunOff) {
   Bench bench;
   bench.text = bench.folder.write("many.txt", ManyRows("Measure\tE-Label\n"));
@@ -293,10 +329,13 @@ TEST(HandOffs, CutALabelThatNoCellTakesAndSaySo) {
   const std::string longest(40'000, 'x');
   bench.text = bench.folder.write("long.txt", "E-Label\n" + longest + "\nshort\n");
   bench.spssText = bench.folder.write("long-spss.txt", "1\nE-Label\nl\n40000\n" + longest + "\n");
+  const std::string words = "Labels cut: 1, since a cell takes no more than 32767 characters.\n";
   EXPECT_TRUE(bench.Excel("a.xlsx"));
+  EXPECT_EQ(bench.shell.Screen(), "Launching Excel ....\n" + words + "Ready ....\n");
+  bench.shell.statuses.clear();
   EXPECT_TRUE(bench.Spss("a.sav"));
-  EXPECT_THAT(bench.shell.Screen(),
-              HasSubstr("Labels cut: 1, since a cell takes no more than 32767 characters.\n"));
+  EXPECT_EQ(bench.shell.Screen(),
+            words + "SPSS Score file created: " + bench.folder.file("a.sav") + "\n");
 }
 
 TEST(HandOffs, RefuseMoreColumnsThanASheetHas) {
@@ -316,6 +355,21 @@ TEST(HandOffs, OpenWhatADialogAsksFor) {
   EXPECT_TRUE(bench.Excel("c.xlsx", ExcelSource::temporary));
   EXPECT_THAT(bench.launcher.asked,
               ElementsAre(bench.folder.file("b.xlsx"), bench.folder.file("c.xlsx")));
+}
+
+TEST(WriteChartWorkbook, WritesAndTellsOfSeriesBeyondTheChart) {
+  Bench bench;
+  ChartSheet sheet;
+  sheet.name = "AM";
+  sheet.categories = {"1", "2"};
+  sheet.series.assign(256, {"1 Ann: Absolute Measure", {0.5, {}}});
+  EXPECT_TRUE(WriteChartWorkbook(bench.run, bench.folder.file("a.xls"), {sheet, ChartSheet()}));
+  EXPECT_EQ(bench.folder.read("a.xlsx").substr(0, 4), "PK\x03\x04");
+  EXPECT_THAT(bench.shell.Screen(),
+              HasSubstr("The chart of sheet AM shows the first 255 series; its table has all of "
+                        "them.\nReady ....\n"));
+  EXPECT_FALSE(WriteChartWorkbook(bench.run, bench.folder.file("none/a.xlsx"), {sheet}));
+  EXPECT_THAT(bench.shell.Screen(), HasSubstr("Failure opening output file: "));
 }
 
 // A program named R, alone on PATH or in R_HOME while it lasts.
