@@ -12,6 +12,8 @@
 #include "data/data_pass.h"
 #include "data/table2.h"
 #include "estimate/iteration.h"
+#include "output/anchor_file.h"
+#include "output/simulate.h"
 #include "report/format/fixed_field.h"
 #include "report/format/join_number.h"
 #include "report/table4.h"
@@ -180,7 +182,9 @@ constexpr Step kAnalysisSteps[] = {
     {"CalculateFit", CalculateFit},
     {"ComputeAgreement", ComputeAgreement},
     {"WriteTable5", WriteTable5},
+    {"WriteAnchorFile", WriteAnchorFile},
     {"SummarizeFit", SummarizeFit},
+    {"WriteSimulatedData", WriteSimulatedData},
     {"TellWhatIsNotWritten", TellWhatIsNotWritten},
     {"WriteTable6", WriteTable6},
     {"TellSubsets", TellSubsets},

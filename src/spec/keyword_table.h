@@ -58,6 +58,9 @@ constexpr int kLabels = 12;
 constexpr int kModels = 13;
 constexpr int kOutput = 15;
 constexpr int kRatingScale = 18;
+constexpr int kUmean = 29;
+constexpr int kAnchorfile = 36;
+constexpr int kDvalues = 45;
 constexpr int kGlabel = 56;
 }  // namespace keyword_code
 

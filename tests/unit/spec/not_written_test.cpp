@@ -34,11 +34,9 @@ struct AskedCase {
 
 TEST(NotWritten, IsToldByName) {
   const AskedCase cases[] = {
-      {"Output=,a.txt", "The Anchor file (Anchorfile=)"},
       {"Scorefile=s.xls", "The Score file (Scorefile=)"},
       {"Graphfile=g.txt", "The Graph file (Graphfile=)"},
       {"Residualfile=r.txt", "The Residual file (Residualfile=)"},
-      {"Simulated=d.txt", "The file of simulated data (Simulated=)"},
       {"Zscore=1", "The set of bias Tables, 9 to 14 (B in Models=, Zscore=),"},
       {"Tables=00000000000001", "The set of bias Tables, 9 to 14 (B in Models=, Zscore=),"},
   };
