@@ -72,8 +72,7 @@ void ReplacedFile::WriteAll(std::string_view bytes) {
   }
 }
 
-void ReplacedFile::Flush() {
-  std::string_view bytes = buffer_;
+void ReplacedFile::WriteThrough(std::string_view bytes) {
   if (plan_ != nullptr) {
     const auto wanted = static_cast<std::int64_t>(bytes.size());
     const std::int64_t fitting = std::min(wanted, plan_->bytesThatFit);
@@ -84,6 +83,10 @@ void ReplacedFile::Flush() {
   } else {
     WriteAll(bytes);
   }
+}
+
+void ReplacedFile::Flush() {
+  WriteThrough(buffer_);
   buffer_.clear();
 }
 

@@ -38,6 +38,7 @@ class ReplacedFile {
   // Write and Commit throw as ThrowFileFailure says; the former file stands then.
   void Write(std::string_view bytes) {
     if (buffer_.size() + bytes.size() > kBufferBytes) Flush();
+    if (bytes.size() > kBufferBytes / 2) return WriteThrough(bytes);
     buffer_.append(bytes);
   }
   void Commit();
@@ -57,6 +58,7 @@ class ReplacedFile {
 
   [[nodiscard]] std::error_code CreatePart();
   void Flush();
+  void WriteThrough(std::string_view bytes);
   void WriteAll(std::string_view bytes);
   void Close();
   void RenameTo(const std::string& name);

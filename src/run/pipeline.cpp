@@ -13,6 +13,9 @@
 #include "data/table2.h"
 #include "estimate/iteration.h"
 #include "output/anchor_file.h"
+#include "output/graph_file.h"
+#include "output/residual_file.h"
+#include "output/score_file.h"
 #include "output/simulate.h"
 #include "report/format/fixed_field.h"
 #include "report/format/join_number.h"
@@ -184,6 +187,9 @@ constexpr Step kAnalysisSteps[] = {
     {"WriteTable5", WriteTable5},
     {"WriteAnchorFile", WriteAnchorFile},
     {"SummarizeFit", SummarizeFit},
+    {"WriteScoreFiles", WriteScoreFiles},
+    {"WriteGraphFile", WriteGraphFile},
+    {"WriteResiduals", WriteResiduals},
     {"WriteSimulatedData", WriteSimulatedData},
     {"TellWhatIsNotWritten", TellWhatIsNotWritten},
     {"WriteTable6", WriteTable6},

@@ -100,9 +100,8 @@ void ConsoleShell::DoShowProgress(std::string_view piece) {
   std::fflush(out_);
 }
 
-void ConsoleShell::DoEditFile(const std::string& name, ViewAt, std::string_view) {
-  DoShowStatus(name, Emphasis::normal);
-}
+// A terminal shows no editor.
+void ConsoleShell::DoEditFile(const std::string&, ViewAt, std::string_view) {}
 
 std::int64_t ConsoleShell::DoMilliseconds() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -

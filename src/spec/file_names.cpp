@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::string_view kFolderEnds = "\\/";
 constexpr std::string_view kOutputEnding = ".out.txt";
+constexpr std::string_view kTextEnding = ".txt";
 
 // How much of the name is its folder, with the mark at its end.
 std::size_t FolderLength(std::string_view name) {
@@ -42,6 +43,13 @@ std::string DefaultOutputName(std::string_view specificationFile) {
   const bool hasExtension = dot != std::string_view::npos && dot > folder;
   return std::string(hasExtension ? specificationFile.substr(0, dot) : specificationFile) +
          std::string(kOutputEnding);
+}
+
+std::string MakeOutputFileName(std::string_view name, int flank) {
+  std::string complete(name);
+  if (name.find('.', FolderLength(name)) == std::string_view::npos) complete += kTextEnding;
+  const std::size_t afterDot = complete.rfind('.') + 1;
+  return complete.insert(afterDot, std::to_string(flank) + ".");
 }
 
 bool SameFile(const std::string& a, const std::string& b) {

@@ -25,6 +25,10 @@ std::string FindFileToRead(const std::string& name, const std::string& specifica
 // The report of a Specification: its name with ".out.txt" in place of its last extension.
 std::string DefaultOutputName(std::string_view specificationFile);
 
+// The name of the output file of one Flank: its number, and the last dot once more, in front of the
+// last extension of `name`; without one that is ".txt".  "scores" becomes "scores.2.txt".
+std::string MakeOutputFileName(std::string_view name, int flank);
+
 // Whether two names lead to one file; names of files that are not there are compared as written.
 bool SameFile(const std::string& a, const std::string& b);
 

@@ -54,9 +54,6 @@ struct Unwritten {
 using A = const Analysis&;
 
 constexpr Unwritten kNotWritten[] = {
-    {"The Score file (Scorefile=)", [](A a) { return !a.settings.ScoreFile.empty(); }},
-    {"The Graph file (Graphfile=)", [](A a) { return !a.settings.GraphFile.empty(); }},
-    {"The Residual file (Residualfile=)", [](A a) { return !a.settings.ResidualFile.empty(); }},
     {"The set of bias Tables, 9 to 14 (B in Models=, Zscore=),",
      [](A a) {
        const std::initializer_list<int> tables = {9, 10, 11, 12, 13, 14};

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -48,10 +47,10 @@ bool HoldsOtherText(const std::string& name) {
 // The first name that is an include file of the data, or nothing.  The data are read later, so they
 // are looked through here; a run that only replaces its former report is spared that.
 const std::string* ReplacedInclude(const Settings& settings,
-                                   const std::vector<const std::string*>& names) {
+                                   const std::vector<std::string>& names) {
   std::vector<const std::string*> inDanger;
-  std::copy_if(names.begin(), names.end(), std::back_inserter(inDanger),
-               [](const std::string* name) { return HoldsOtherText(*name); });
+  for (const std::string& name : names)
+    if (HoldsOtherText(name)) inDanger.push_back(&name);
   if (inDanger.empty()) return nullptr;
   const std::string top = settings.dataSource == DataSource::file
                               ? FindFileToRead(settings.dataFile, settings.specificationFile)
@@ -62,14 +61,15 @@ const std::string* ReplacedInclude(const Settings& settings,
   return nullptr;
 }
 
-// The files that are written under the names they were given.  The Score file is not among them:
-// each of its files has the number of a Flank in its name.
-std::vector<const std::string*> OutputNames(const Settings& settings) {
-  std::vector<const std::string*> names;
+// The files that are written: under the names they were given, and a Score file for each Flank.
+std::vector<std::string> OutputNames(const Settings& settings, int flanks) {
+  std::vector<std::string> names;
   for (const std::string* name :
        {&settings.OutputFile, &settings.AnchorFile, &settings.ResidualFile, &settings.GraphFile,
         &settings.SimulatedFile})
-    if (!name->empty()) names.push_back(name);
+    if (!name->empty()) names.push_back(*name);
+  for (int flank = 1; flank <= flanks && !settings.ScoreFile.empty(); ++flank)
+    names.push_back(MakeOutputFileName(settings.ScoreFile, flank));
   return names;
 }
 
@@ -103,12 +103,12 @@ void SettleOutputNames(Run& run) {
   Settings& settings = run.analysis.settings;
   if (settings.OutputFile.empty())
     settings.OutputFile = DefaultOutputName(settings.specificationFile);
-  const std::vector<const std::string*> names = OutputNames(settings);
+  const std::vector<std::string> names = OutputNames(settings, run.analysis.design.FlankCount);
   for (std::size_t i = 0; i < names.size(); ++i) {
-    const std::string& name = *names[i];
+    const std::string& name = names[i];
     const bool replacesOutput =
         std::any_of(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(i),
-                    [&name](const std::string* former) { return SameFile(name, *former); });
+                    [&name](const std::string& former) { return SameFile(name, former); });
     if (replacesOutput || ReplacesData(settings, name) || ReplacesSpecification(run, name))
       return SetIncompatible(run.analysis.reading, name);
   }

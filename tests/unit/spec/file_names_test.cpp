@@ -24,6 +24,16 @@ TEST(DefaultOutputName, TakesThePlaceOfTheLastExtension) {
   EXPECT_EQ(DefaultOutputName("folder/.hidden"), "folder/.hidden.out.txt");
 }
 
+TEST(MakeOutputFileName, PutsTheFlankBeforeTheExtension) {
+  EXPECT_EQ(MakeOutputFileName("results.txt", 1), "results.1.txt");
+  EXPECT_EQ(MakeOutputFileName("results.txt", 12), "results.12.txt");
+  EXPECT_EQ(MakeOutputFileName("results", 1), "results.1.txt");
+  EXPECT_EQ(MakeOutputFileName("my.results.txt", 1), "my.results.1.txt");
+  EXPECT_EQ(MakeOutputFileName("dir.d/res", 1), "dir.d/res.1.txt");
+  EXPECT_EQ(MakeOutputFileName("dir.d\\res", 2), "dir.d\\res.2.txt");
+  EXPECT_EQ(MakeOutputFileName("dir/res.xlsx", 3), "dir/res.3.xlsx");
+}
+
 TEST(FindFileToRead, LooksBesideTheSpecificationSecond) {
   ScratchFolder folder;
   const std::string specification = folder.file("s.txt");

@@ -81,10 +81,19 @@ TEST(SettleOutputNames, FurtherFilesReplaceNoOtherEither) {
     SettleOutputNames(test.run);
     EXPECT_EQ(test.fault(), Fault::incompatibleFileUse) << lines;
   }
-  SpecRun score;  // its files are s.1.txt, s.2.txt
-  score.Read("Scorefile=" + score.folder.file("s.txt") + "\n");
-  SettleOutputNames(score.run);
-  EXPECT_EQ(score.fault(), Fault::none);
+}
+
+// Each of its files has the number of a Flank in its name: w.1.txt, w.2.txt.
+TEST(SettleOutputNames, TheScoreFilesReplaceNoOtherFileEither) {
+  for (const auto& [report, fault] : {std::pair{"w.txt", Fault::none},
+                                      {"w.3.txt", Fault::none},
+                                      {"w.2.txt", Fault::incompatibleFileUse}}) {
+    SpecRun test;
+    test.Read("Flanks=2\nScorefile=" + test.folder.file("w.txt") +
+              "\nOutput=" + test.folder.file(report) + "\n");
+    SettleOutputNames(test.run);
+    EXPECT_EQ(test.fault(), fault) << report;
+  }
 }
 
 TEST(OpenFurtherOutputFiles, TellsEachAndLeavesNothingBehind) {
