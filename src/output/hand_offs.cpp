@@ -24,8 +24,7 @@ namespace {
 
 TableSource SourceOf(Run& run, const std::string& textName) {
   Console& console = run.console;
-  return {textName, run.analysis.settings.OutputQuote,
-          [&console] { return console.YieldToWindow(); }};
+  return {textName, [&console] { return console.YieldToWindow(); }};
 }
 
 FileStamp StampOf(const Run& run) {

@@ -132,16 +132,9 @@ std::string StampDate(const FileStamp& stamp) {
   return text;
 }
 
-TabText::TabText(const TableSource& source) : quote_(source.quote) {
+TabText::TabText(const TableSource& source) {
   if (const std::error_code error = file_.Open(source.name))
     ThrowFileFailure("read", source.name, error);
-}
-
-std::string_view TabText::Unquoted(std::string_view cell) const {
-  const bool quoted = !quote_.empty() && cell.size() >= 2 * quote_.size() &&
-                      cell.starts_with(quote_) && cell.ends_with(quote_);
-  if (!quoted) return cell;
-  return cell.substr(quote_.size(), cell.size() - 2 * quote_.size());
 }
 
 bool TabText::ReadRow() {
@@ -156,7 +149,7 @@ bool TabText::ReadRow() {
   std::string kept;
   for (std::size_t from = 0, end = 0; end != std::string_view::npos; from = end + 1) {
     end = line.find('\t', from);
-    std::string_view cell = Utf8Cell(Unquoted(line.substr(from, end - from)), kept);
+    std::string_view cell = Utf8Cell(line.substr(from, end - from), kept);
     // What was made anew must outlive the next cell.
     if (cell.data() == kept.data()) cell = repaired_.emplace_back(cell);
     cells_.push_back(cell);

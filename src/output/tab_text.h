@@ -4,7 +4,7 @@
 // made of it line by line, so that memory does not grow with its rows.  What a column is (numbers,
 // with how many decimals; texts, how long) is found by one reading before the one that writes:
 //
-//   TableSource source{.name = name, .quote = "\""};
+//   TableSource source{.name = name};
 //   const TableShape shape = MeasureTable(source, 1);   // one heading line
 //   TabText text(source);
 //   while (text.ReadRow()) ... text.cells() ...
@@ -52,8 +52,6 @@ std::string StampDate(const FileStamp& stamp);
 
 struct TableSource {
   std::string name;
-  // Taken away where it stands on both sides of a cell; empty for none.
-  std::string quote = {};
   // Asked once in a while; true ends the work.
   std::function<bool()> isStopped = [] { return false; };
 };
@@ -66,17 +64,14 @@ class TabText {
   bool ReadRow();
   // Valid until the next ReadRow.
   std::span<const std::string_view> cells() const { return cells_; }
-  // A cell without its quotes, empty behind the last.
+  // Empty behind the last.
   std::string_view cell(std::size_t column) const {
     return column < cells_.size() ? cells_[column] : std::string_view();
   }
   std::int64_t rows() const { return rows_; }  // read so far
 
  private:
-  std::string_view Unquoted(std::string_view cell) const;
-
   TextFile file_;
-  std::string quote_;
   std::vector<std::string_view> cells_;
   std::deque<std::string> repaired_;  // cells that were no UTF-8
   std::int64_t rows_ = 0;

@@ -46,6 +46,8 @@ XlsxBook::XlsxBook(const ReplacedFile& target, const FileStamp& stamp, Rows rows
   boldRight_ = workbook_add_format(book_);
   format_set_bold(boldRight_);
   format_set_align(boldRight_, LXW_ALIGN_RIGHT);
+  constexpr std::uint8_t kFilterButton = 2;  // keeps the text clear of it
+  format_set_indent(boldRight_, kFilterButton);
   lxw_doc_properties properties{};
   const std::string date = StampDate(stamp);
   std::string title = stamp.title, comments = stamp.program + ", " + date;

@@ -86,6 +86,7 @@ class SheetRows {
       WriteText(i, shape_.columns[i].heading, isNumber ? book_.boldRight() : book_.bold());
     }
     worksheet_freeze_panes(sheet_, 1, 0);
+    worksheet_set_landscape(sheet_);
     worksheet_repeat_rows(sheet_, 0, 0);  // on each page of a print
     const std::int64_t rows = std::min(left_, options_.sheetRows - 1);
     if (!shape_.columns.empty())

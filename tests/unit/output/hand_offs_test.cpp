@@ -70,12 +70,11 @@ TEST(Utf8Cell, TakesOtherBytesForTheWindowsCodePage) {
   EXPECT_EQ(Utf8Cell(std::string_view("a\0z", 3), kept), "a?z");
 }
 
-TEST(TabText, TakesTheQuotesOfTheSettingAway) {
+TEST(TabText, GivesTheCellsAsTheyStand) {
   const ScratchFolder folder;
-  TabText text(
-      {.name = folder.write("a.txt", "\"a\"\t\"\t\"b\tc\"\t\"\"\n\n'd'\t7\n"), .quote = "\""});
+  TabText text({.name = folder.write("a.txt", "\"a\"\t b \t\"\n\n'd'\t7")});
   ASSERT_TRUE(text.ReadRow());
-  EXPECT_THAT(text.cells(), ElementsAre("a", "\"", "\"b", "c\"", ""));
+  EXPECT_THAT(text.cells(), ElementsAre("\"a\"", " b ", "\""));
   ASSERT_TRUE(text.ReadRow());
   EXPECT_THAT(text.cells(), ElementsAre(""));
   ASSERT_TRUE(text.ReadRow());
