@@ -138,6 +138,7 @@ FaultParticulars DataMessages::ParticularsOf(const LineProblem& problem,
       if (!settings_.Dvalues.empty()) particulars.addition = ": could be a problem in Dvalues=";
       break;
     case Fault::invalidElementNumberInData:
+      particulars.number = problem.position;
       particulars.addition = JoinNumber(" \"" + ShownPiece(problem.text, place.original) +
                                             "\" at flank location in data:",
                                         problem.position) +

@@ -346,36 +346,22 @@ bool IsListed(std::string_view list, std::string_view text) {
 
 namespace {
 
-// Files that are no text and have to be converted by the importer.
-bool NeedsImporter(const std::string& name) {
-  const std::string upper = UpperCase(name);
-  for (const std::string_view part : {".XLS(", ".XLSX("})
-    if (upper.find(part) != std::string::npos) return true;
-  for (const std::string_view end :
-       {".XLS", ".XLSX", ".DTA", ".SAV", ".SAS7BDAT", ".RDA", ".RDATA"})
-    if (upper.ends_with(end)) return true;
-  return false;
-}
-
-void RefuseImport(Run& run, const std::string& name) {
-  // Kept: the words name the importer of another system (docs/quirks.md).
-  run.console.WarnLine("F63 Module flankinput.exe not found. Flanks is not installed correctly.");
-  SetFault(run.analysis.reading, Fault::requiredFileNotFound, TextAtFault(InQuotes(name)));
-}
-
-// Opens the file of `Data=`; false when it cannot be read.
+// Opens the file of `Data=`, or the text that was made of it; false when it cannot be read.
 bool OpenDataFile(Run& run, SpecificationSource& source) {
   const Settings& settings = run.analysis.settings;
   ReadState& reading = run.analysis.reading;
   reading.LineNumber = 0;
-  if (NeedsImporter(settings.dataFile)) {
-    RefuseImport(run, settings.dataFile);
+  const TempFile& imported = run.analysis.work.importedData;
+  const std::string name = imported.exists()
+                               ? imported.name()
+                               : FindFileToRead(settings.dataFile, settings.specificationFile);
+  const Fault fault = source.Open(name, "Data", settings.specificationFile, run.console);
+  if (fault != Fault::none) {
+    SetFault(reading, fault, TextAtFault(source.faultText()));
     return false;
   }
-  const std::string name = FindFileToRead(settings.dataFile, settings.specificationFile);
-  const Fault fault = source.Open(name, "Data", settings.specificationFile, run.console);
-  if (fault != Fault::none) SetFault(reading, fault, TextAtFault(source.faultText()));
-  return fault == Fault::none;
+  if (imported.exists()) source.TellAs(settings.dataFile);
+  return true;
 }
 
 void ReadSource(Run& run, SpecificationSource& source) {

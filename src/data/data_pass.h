@@ -34,8 +34,8 @@
 
 namespace flanks {
 
-// Step: opens the data source and reads it.  Faults: fileNotFound, badFileFormat,
-// requiredFileNotFound (a file that the importer would have to convert), and those of data lines.
+// Step: opens the data source and reads it: the lines of the Specification, a file, or the text that
+// the importer made of one.  Faults: fileNotFound, badFileFormat, and those of data lines.
 void ReadData(Run& run);
 
 // The file that the data stand in, as the user named it.

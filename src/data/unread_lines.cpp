@@ -23,11 +23,12 @@ bool HasContent(std::string_view line) {
 }
 
 // Whether one of the lines behind `place` has content.
-bool HasContentBehind(const FilePlace& place) {
+bool HasContentBehind(const SpecificationSource& source, const FilePlace& place) {
   std::error_code unknown;
-  if (!std::filesystem::is_regular_file(place.file, unknown)) return false;
+  const std::string& name = source.FileBehind(place.file);
+  if (!std::filesystem::is_regular_file(name, unknown)) return false;
   TextFile file;
-  if (file.Open(place.file)) return false;
+  if (file.Open(name)) return false;
   std::string_view line;
   for (std::int64_t passed = 0; passed < place.line; ++passed)
     if (!file.ReadLine(line)) return false;
@@ -48,7 +49,9 @@ FilePlace PlaceInTopFile(const SpecificationSource& source) {
 void TellUnreadLines(const SpecificationSource& source, Console& console) {
   const FilePlace star = source.PlaceOf(source.lineNumber());
   const bool included = star.file != source.name();
-  if (!HasContentBehind(star) && !(included && HasContentBehind(PlaceInTopFile(source)))) return;
+  if (!HasContentBehind(source, star) &&
+      !(included && HasContentBehind(source, PlaceInTopFile(source))))
+    return;
   console.ShowFlagged(JoinNumber("The data end at \"*\" in line", star.line) + " of " +
                       InQuotes(star.file) + ": the lines behind it are not read.");
 }

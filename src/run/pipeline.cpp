@@ -12,6 +12,7 @@
 #include "data/data_pass.h"
 #include "data/table2.h"
 #include "estimate/iteration.h"
+#include "import/import_data.h"
 #include "output/anchor_file.h"
 #include "output/graph_file.h"
 #include "output/residual_file.h"
@@ -81,13 +82,25 @@ std::string_view CureOf(const ReadState& reading) {
   return FaultCure(reading.FaultCode);
 }
 
+// The row of the spreadsheet, or of another file, that a fault of an imported line came from.
+std::string PlaceOfImported(Run& run) {
+  const ReadState& reading = run.analysis.reading;
+  const bool ofCell = reading.FaultCode == Fault::invalidElementNumberInData;
+  return ImportedPlace(run, reading.fault.lineNumber,
+                       ofCell ? static_cast<int>(reading.fault.number) : 0);
+}
+
 // The one line that tells the pending fault, on the screen and in the report, and then where its
 // line is found and what can be done.
-void ReportFault(Console& console, const Analysis& analysis) {
+void ReportFault(Run& run) {
+  Console& console = run.console;
+  const Analysis& analysis = run.analysis;
   const ReadState& reading = analysis.reading;
   console.WarnLine(FaultLine(reading.FaultCode, reading.fault));
   if (reading.fault.name == kSpecificationName)
     console.WarnLine("  See " + SpecificationPlace(analysis, reading.fault.lineNumber) + ".");
+  if (const std::string place = PlaceOfImported(run); !place.empty())
+    console.WarnLine("  See " + place + ".");
   if (const std::string_view cure = CureOf(reading); !cure.empty())
     console.WarnLine("  To mend it: " + std::string(cure));
 }
@@ -177,6 +190,7 @@ constexpr Step kAnalysisSteps[] = {
     {"WriteTable1", WriteTable1},
     {"OpenWorkFiles", OpenWorkFiles},
     {"WriteTable2Head", WriteTable2Head},
+    {"ImportData", ImportData},
     {"ReadData", ReadData},
     {"WriteTable2Body", WriteTable2Body},
     {"PrepareEstimates", PrepareEstimates},
@@ -261,7 +275,7 @@ int HaltRun(Run& run) {
     control.CancelRequested = false;  // what follows is to be written
   }
   run.analysis.report.switchedOff = false;
-  ReportFault(run.console, run.analysis);
+  ReportFault(run);
   reading.FaultCode = Fault::none;
   run.analysis.report.closingNotes.clear();
   run.console.ShowLine("Execution halted");
@@ -285,7 +299,7 @@ bool SystemDecimalComma() {
 void CheckFault(Run& run) {
   const ReadState& reading = run.analysis.reading;
   if (reading.faulty()) {
-    ReportFault(run.console, run.analysis);
+    ReportFault(run);
     if (!run.analysis.settings.Batch) run.console.FailureStop(reading.CurrentLine);
   }
   run.console.YieldToWindow();

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "base/text.h"
+
 namespace flanks {
 namespace {
 
@@ -57,6 +59,17 @@ bool SameFile(const std::string& a, const std::string& b) {
   std::error_code notThere;
   const bool same = std::filesystem::equivalent(a, b, notThere);
   return !notThere && same;
+}
+
+std::string_view WithoutSheetList(std::string_view name) {
+  const std::string upper = UpperCase(name);
+  std::size_t length = std::string::npos;
+  for (const std::string_view opening : {".XLS(", ".XLSX("})
+    if (const std::size_t at = upper.rfind(opening);
+        at != std::string::npos &&
+        (length == std::string::npos || at + opening.size() > length + 1))
+      length = at + opening.size() - 1;
+  return name.substr(0, length);
 }
 
 std::string InQuotes(std::string_view name) {

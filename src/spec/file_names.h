@@ -32,6 +32,10 @@ std::string MakeOutputFileName(std::string_view name, int flank);
 // Whether two names lead to one file; names of files that are not there are compared as written.
 bool SameFile(const std::string& a, const std::string& b);
 
+// The name of a spreadsheet without the list of its sheets, "marks.xlsx" of "marks.xlsx(Monday,3)";
+// any other name as it is.
+std::string_view WithoutSheetList(std::string_view name);
+
 // "\"name\"".
 std::string InQuotes(std::string_view name);
 

@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "report/format/delimited.h"
 #include "run/messages.h"
+#include "spec/file_names.h"
 #include "spec/flank_maps.h"
 #include "spec/keyword_table.h"
 #include "spec/list_reading.h"
@@ -27,6 +28,16 @@ bool UnitsAreLocked(SpecContext& context) {
   return true;
 }
 
+// The list of sheets behind a spreadsheet's name has commas, at which the line was split.
+void JoinSheetList(SpecContext& context) {
+  ReadState& reading = context.reading;
+  std::string& name = reading.Fields[1];
+  if (WithoutSheetList(name).size() == name.size()) return;
+  for (int field = 2; field <= reading.FieldCount; ++field)
+    name += "," + Value(context, static_cast<std::size_t>(field));
+  name = std::string(WithoutQuotes(name));
+}
+
 }  // namespace
 
 // ---- Files
@@ -41,6 +52,7 @@ void SetData(SpecContext& context) {
     context.state.InlineData = true;
     return;
   }
+  JoinSheetList(context);
   TakeName(context, 1, settings.dataFile);
   settings.dataSource = DataSource::file;
 }

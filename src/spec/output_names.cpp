@@ -27,7 +27,8 @@ bool ReplacesSpecification(const Run& run, const std::string& output) {
 
 bool ReplacesData(const Settings& settings, const std::string& output) {
   return settings.dataSource == DataSource::file &&
-         SameFile(output, FindFileToRead(settings.dataFile, settings.specificationFile));
+         SameFile(output, FindFileToRead(std::string(WithoutSheetList(settings.dataFile)),
+                                         settings.specificationFile));
 }
 
 // What a report begins with, unless it is a webpage.

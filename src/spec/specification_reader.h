@@ -58,6 +58,9 @@ class SpecificationSource {
   [[nodiscard]] Fault Open(const std::string& name, std::string_view kind,
                            const std::string& specificationFile, Console& console);
 
+  // From now on the top file, just opened, has this name in messages: it holds another file's data.
+  void TellAs(const std::string& name);
+
   // The next physical line, with its no-break spaces as blanks.  False at the end of the top file
   // and when an include file cannot be read.  The line is valid until the next read.
   bool ReadRawLine(Console& console, std::string_view& line);
@@ -76,6 +79,10 @@ class SpecificationSource {
   FilePlace PlaceOf(std::int64_t lineNumber) const;
   // Name of the top file.
   const std::string& name() const { return name_; }
+  // Where the lines of a file of this name can be read again.
+  const std::string& FileBehind(const std::string& name) const {
+    return name == name_ ? openedName_ : name;
+  }
   // Names of the include files that were opened so far.
   const std::vector<std::string>& includedFiles() const { return includedFiles_; }
 
@@ -99,7 +106,8 @@ class SpecificationSource {
   std::vector<TextFile> levels_;    // level 0 is the top file
   std::vector<FilePlace> goesOn_;   // for each level above, where the file below it goes on
   std::vector<Stretch> stretches_;  // all that was read, in order
-  std::string name_;
+  std::string name_;                // of the top file in messages
+  std::string openedName_;          // and in the file system
   std::string specificationFile_;
   std::vector<std::string> includedFiles_;
   std::string_view original_;

@@ -90,13 +90,18 @@ Fault SpecificationSource::OpenLevel(const std::string& name, std::string_view k
 Fault SpecificationSource::Open(const std::string& name, std::string_view kind,
                                 const std::string& specificationFile, Console& console) {
   levels_.clear();
-  name_ = name;
+  name_ = openedName_ = name;
   specificationFile_ = specificationFile;
   lineNumber_ = 0;
   goesOn_.clear();
   stretches_.assign(1, {1, {name, 1}});
   fault_ = OpenLevel(name, kind, console);
   return fault_;
+}
+
+void SpecificationSource::TellAs(const std::string& name) {
+  name_ = name;
+  stretches_.front().place.file = name;
 }
 
 bool SpecificationSource::Fail(Fault fault, std::string text) {

@@ -1,5 +1,6 @@
 #include "data/data_pass.h"
 
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -580,15 +581,16 @@ TEST(DataPass, ADataFileThatIsNotThereIsNamed) {
   EXPECT_EQ(run.Fault(), "\"no-such-file.txt\" File not found: Error F43");
 }
 
-TEST(DataPass, ADataFileThatIsNoTextIsRefusedInWords) {
-  for (const char* name :
-       {"d.xlsx", "d.xls", "d.XLSX(Sheet1)", "d.sav", "d.dta", "d.SAS7BDAT", "d.rda", "d.RData"}) {
-    PersonsAndItems run;
-    run.ReadFile(name);
-    EXPECT_EQ(run.analysis.reading.FaultCode, Fault::requiredFileNotFound) << name;
-    EXPECT_THAT(run.Screen(), HasSubstr("F63 Module flankinput.exe not found. Flanks is not "
-                                        "installed correctly.\n"));
-  }
+// The text that the importer made is read; messages name the user's file.
+TEST(DataPass, AnImportedTextIsReadUnderTheNameOfTheUsersFile) {
+  PersonsAndItems run;
+  ASSERT_FALSE(run.analysis.work.importedData.Create("imported", "txt"));
+  std::ofstream(run.analysis.work.importedData.name()) << "1\t1\t3\n\n1\tx\t3\n";
+  run.ReadFile("d.xlsx");
+  EXPECT_EQ(run.counts().ValidResponses.text(), "1");
+  EXPECT_THAT(run.Screen(), HasSubstr("Assigning models to Data= \"d.xlsx\"\n"));
+  EXPECT_THAT(run.Fault(), HasSubstr("Data line in d.xlsx(2) line: 3 is: "));
+  EXPECT_EQ(run.analysis.reading.fault.number, 2);  // the position, for the place in the file
 }
 
 TEST(DataPass, AVeryLongLineIsCutInMessages) {

@@ -43,6 +43,15 @@ TEST(FindFileToRead, LooksBesideTheSpecificationSecond) {
   EXPECT_EQ(FindFileToRead(beside, "s.txt"), beside);
 }
 
+TEST(WithoutSheetList, TakesTheListOfASpreadsheetAway) {
+  EXPECT_EQ(WithoutSheetList("d.xlsx(Monday,3)"), "d.xlsx");
+  EXPECT_EQ(WithoutSheetList("d.XLS(1)"), "d.XLS");
+  EXPECT_EQ(WithoutSheetList("a.xls(b)/d.xlsx(2)"), "a.xls(b)/d.xlsx");
+  EXPECT_EQ(WithoutSheetList("a.xlsx(b)/d.xls(2)"), "a.xlsx(b)/d.xls");
+  for (const char* name : {"d.xlsx", "d(1).xlsx", "d.txt(1)", ""})
+    EXPECT_EQ(WithoutSheetList(name), name);
+}
+
 TEST(SameFile, SeesThroughTheWayItIsWritten) {
   ScratchFolder folder;
   const std::string name = folder.write("a.txt", "");

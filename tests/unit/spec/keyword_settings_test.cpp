@@ -259,6 +259,9 @@ TEST(FileNames, AreTakenOnceAndChecked) {
 TEST(Data, AreAFileOrTheLinesThatFollow) {
   EXPECT_EQ(After(SetData, "Data=d.txt").dataSource, DataSource::file);
   EXPECT_EQ(After(SetData, "Data=\"my data.txt\"").dataFile, "my data.txt");
+  EXPECT_EQ(After(SetData, "Data=d.xlsx(A b, 3)").dataFile, "d.xlsx(A b,3)");
+  EXPECT_EQ(After(SetData, "Data=\"my d.XLS(A,3)\"").dataFile, "my d.XLS(A,3)");
+  EXPECT_EQ(After(SetData, "Data=d.txt, 3").dataFile, "d.txt");
   EXPECT_EQ(After(SetData, "Data=").dataSource, DataSource::inlineData);
 }
 

@@ -1,0 +1,299 @@
+// What each kind of file becomes: workbooks, packages, R data; packed files.  The expected text is
+// what the test put into the file.
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "import/conversion.h"
+#include "import/unpacked_file.h"
+#include "support/flanks_sandbox.h"
+#include "support/import_files.h"
+#include "support/scratch_folder.h"
+
+namespace flanks {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+struct Converted {
+  ConversionEnd end;
+  std::string text;
+  std::vector<std::string> told;
+};
+
+// Converts the bytes as a file of that name, which may have a list of sheets.
+Converted Convert(const std::string& name, const std::string& bytes, int elementColumns = 99) {
+  ScratchFolder folder;
+  ConversionRequest request;
+  request.name = ReadImportName(name);
+  request.name.file = folder.write(request.name.file, bytes);
+  request.textFile = folder.write("text", "");
+  request.scratchFile = folder.write("scratch", "");
+  request.heading.elementColumns = elementColumns;
+  Converted converted;
+  ConversionWatch watch;
+  watch.tell = [&](const std::string& line) { converted.told.push_back(line); };
+  converted.end = ConvertFile(request, watch);
+  converted.text = folder.read("text");
+  return converted;
+}
+
+std::string Stored(const std::string& name) {
+  return ReadWholeFile(std::filesystem::path(FLANKS_SOURCE_DIR) / "tests/unit/import" / name);
+}
+
+TestWorkbook BookOf(const std::string& sheetData) {
+  return {{{"A", "<sheetData>" + sheetData + "</sheetData>"}}, "", "", ""};
+}
+
+// ---- xlsx
+
+TEST(XlsxTable, EveryKindOfCell) {
+  TestWorkbook book = BookOf(
+      "<row r='1'><c r='A1' t='s'><v>0</v></c><c r='B1' t='s'><v>1</v></c><c r='C1' "
+      "t='s'><v>2</v></c>"
+      "</row>"
+      "<row r='2'><c r='A2'><v>0.30000000000000004</v></c><c r='B2' t='n'><v>-7</v></c>"
+      "<c r='C2'><v>1E3</v></c><c r='D2' t='b'><v>1</v></c></row>"
+      "<row r='3'><c r='A3' t='inlineStr'><is><r><t>in</t></r><r><t>line</t></r></is></c>"
+      "<c r='B3' t='str'><f>x&amp;y</f><v>a &lt; b</v></c><c r='C3' t='e'><v>#N/A</v></c>"
+      "<c r='D3'><f>1+1</f><v>2</v></c><c r='E3' t='d'><v>2024-03-01T00:00:00</v></c></row>"
+      "<row r='4'><c r='A4' s='1'><v>45352</v></c><c r='B4' s='2'><v>45352.5</v></c>"
+      "<c r='C4' s='0'><v>45352</v></c><c r='D4' s='9'><v>5</v></c></row>");
+  book.strings =
+      "<si><t xml:space='preserve'> Ann Lee </t></si>"
+      "<si><r><rPr><b/></rPr><t>Zo</t></r><r><t>\xC3\xAB</t></r><rPh><t>reading</t></rPh></si>"
+      "<si><t>x_x0009_y</t></si>";
+  book.styles =
+      "<numFmts><numFmt numFmtId='164' formatCode='yyyy\\-mm\\-dd'/></numFmts>"
+      "<cellXfs><xf numFmtId='0'/><xf numFmtId='164'/><xf numFmtId='22'/></cellXfs>";
+  const Converted converted = Convert("d.xlsx", XlsxBytes(book));
+  EXPECT_EQ(converted.end.text, "");
+  EXPECT_EQ(converted.text,
+            "Ann Lee\tZo\xC3\xAB\tx y\n"
+            "0.30000000000000004\t-7\t1000\t1\n"
+            "inline\ta < b\t\t2\t2024-03-01\n"
+            "2024-03-01\t2024-03-01 12:00:00\t45352\t5\n");
+}
+
+TEST(XlsxTable, RowsAndCellsMayBeLeftOutOrHaveNoNumber) {
+  EXPECT_EQ(Convert("d.xlsx", XlsxBytes(BookOf("<row r='3'><c r='C3'><v>1</v></c></row>"
+                                               "<row><c><v>2</v></c><c/><c><v>3</v></c></row>"
+                                               "<row r='9'/><row r='10'><c r='B10'/></row>")))
+                .text,
+            "\n\n\t\t1\n2\t\t3\n");
+}
+
+TEST(XlsxTable, NamesMayHaveAPrefix) {
+  std::vector<std::pair<std::string, std::string>> parts = XlsxParts(BookOf(""));
+  for (auto& [name, bytes] : parts)
+    if (name == "xl/worksheets/sheet1.xml")
+      bytes =
+          "<x:worksheet xmlns:x='m'><x:sheetData><x:row r='1'><x:c r='A1'><x:v>4</x:v></x:c>"
+          "<x:c r='B1' t='inlineStr'><x:is><x:t>b</x:t></x:is></x:c></x:row></x:sheetData>"
+          "</x:worksheet>";
+  EXPECT_EQ(Convert("d.xlsx", ZipBytes(parts)).text, "4\tb\n");
+}
+
+TEST(XlsxTable, DaysMayCountFrom1904) {
+  TestWorkbook book = BookOf("<row><c s='1'><v>43890</v></c></row>");
+  book.properties = "<workbookPr date1904='1'/>";
+  book.styles = "<cellXfs><xf numFmtId='0'/><xf numFmtId='14'/></cellXfs>";
+  EXPECT_EQ(Convert("d.xlsx", XlsxBytes(book)).text, "2024-03-01\n");
+}
+
+TEST(XlsxTable, DamagedCellsAreToldByRow) {
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"<row r='2'><c r='A2' t='s'><v>5</v></c></row>", "a cell of row 2 is damaged"},
+      {"<row r='2'><c r='A2'><v>x</v></c></row>", "a cell of row 2 is damaged"},
+      {"<row r='2'><c r='B2'/><c r='A2'/></row>", "a cell of row 2 is damaged"},
+      {"<row r='2'><c r='ZZZZ2'/></row>", "a cell of row 2 is damaged"},
+      {"<row r='2'/><row r='2'/>", "its rows are out of order behind row 2"},
+      {"<row r='1048577'/>", "its rows are out of order behind row 0"},
+      {"<row r='x'/>", "its rows are out of order behind row 0"},
+      {"<row r='4'><c></row>", "it is damaged behind row 0"}};
+  for (const auto& [data, reason] : cases)
+    EXPECT_EQ(Convert("d.xlsx", XlsxBytes(BookOf(data))).end.text,
+              std::string("sheet \"A\": ") + reason);
+}
+
+TEST(XlsxTable, WhatIsNoWorkbookIsRefused) {
+  const std::vector<std::pair<std::string, const char*>> cases = {
+      {"", "it is empty"},
+      {"1,1,3\n", "it is no .xlsx file"},
+      {ZipBytes({{"a.txt", "x"}}), "it is a zip file, but no workbook"},
+      {XlsxBytes({}), "it has no sheets"},
+      {XlsxBytes({{{"A", ""}}, "", "", ""}), "there are no data in it"},
+      {Stored("kinds.xls"), "it is an .xls file, and its name must end so"},
+      {std::string("PK\3\4") + std::string(100, 'x'), "it is no .xlsx file, or is damaged"}};
+  for (const auto& [bytes, reason] : cases) {
+    const Converted converted = Convert("d.xlsx", bytes);
+    EXPECT_EQ(converted.end.kind, ConversionEnd::Kind::failed);
+    EXPECT_EQ(converted.end.text, reason);
+  }
+}
+
+TEST(XlsxTable, ALockedWorkbookIsToldSo) {
+  std::string locked("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8);
+  locked += std::string(3000, '\0');
+  for (const char c : std::string("EncryptedPackage")) locked += {c, '\0'};
+  locked += std::string(3000, '\0');
+  EXPECT_EQ(Convert("d.xlsx", locked).end.text, "it is locked with a password");
+  EXPECT_EQ(Convert("d.xls", locked).end.text, "it is locked with a password");
+}
+
+TEST(XlsxTable, ABombIsNotUnpacked) {
+  auto parts = XlsxParts(BookOf("<row r='1'><c r='A1'><v>1</v></c></row>"));
+  for (auto& [name, bytes] : parts)
+    if (name == "xl/worksheets/sheet1.xml") bytes.insert(bytes.size() - 12, 70'000'000, ' ');
+  EXPECT_EQ(Convert("d.xlsx", ZipBytes(parts)).end.text,
+            "sheet \"A\": it unpacks to far more than a workbook does");
+}
+
+TEST(XlsxTable, AChartHasNoRows) {
+  auto parts = XlsxParts(BookOf(""));
+  for (auto& [name, bytes] : parts)
+    if (name == "xl/_rels/workbook.xml.rels")
+      bytes.replace(bytes.find("/worksheet\""), 11, "/chartsheet\"");
+  EXPECT_EQ(Convert("d.xlsx", ZipBytes(parts)).end.text,
+            "sheet \"A\": it is a chart or a dialog and has no rows");
+}
+
+// ---- xls
+
+TEST(XlsTable, EveryKindOfCell) {
+  // Made with LibreOffice: a hidden sheet "Notes", then "Marks" and "Two words".
+  const Converted converted = Convert("kinds.xls(2)", Stored("kinds.xls"));
+  EXPECT_EQ(converted.end.text, "");
+  EXPECT_EQ(converted.text,
+            "Person\tMark\nZo\xC3\xAB B\t2.5\n\n\n12\t\t2024-03-01\n1\t2\tab\n3\t\t4\n");
+  EXPECT_EQ(Convert("kinds.xls(3)", Stored("kinds.xls")).end.text,
+            "sheet \"Two words\", row 2, column B: #DIV/0!");
+  EXPECT_THAT(Convert("kinds.xls(x)", Stored("kinds.xls")).end.text,
+              HasSubstr("only \"Notes\", \"Marks\", \"Two words\""));
+}
+
+TEST(XlsTable, WhatIsNoWorkbookIsRefused) {
+  EXPECT_EQ(Convert("d.xls", "1,1,3\n").end.text, "it is no .xls file, or is damaged");
+  EXPECT_EQ(Convert("d.xls", ZipBytes({{"a", "b"}})).end.text,
+            "it is an .xlsx file, and its name must end so");
+  EXPECT_EQ(Convert("d.xls", "").end.text, "it is empty");
+}
+
+// ---- packages
+
+const char* const kTable = "1,Ann Lee,3\n2,,\n0.1,Zo\xC3\xAB,-4\n,Bob,5\n";
+const char* const kTableText = "; v1\tv2\tv3\n1\tAnn Lee\t3\n2\n0.1\tZo\xC3\xAB\t-4\n\tBob\t5\n";
+
+TEST(PackageTable, CasesAreRowsAndMissingValuesEmpty) {
+  for (const char* kind : {"dta", "sav", "sas7bdat"}) {
+    const Converted converted =
+        Convert(std::string("d.") + kind, PackageBytes(kind, TableOf(kTable)));
+    EXPECT_EQ(converted.end.text, "") << kind;
+    EXPECT_EQ(converted.text, kTableText) << kind;
+  }
+}
+
+TEST(PackageTable, ValuesThatTheUserCallsMissingAreEmpty) {
+  EXPECT_EQ(Convert("d.sav", SavWithUserMissing(TableOf("1,2,3\n9,89,4\n8,90,5\n9,99,6\n"))).text,
+            "; v1\tv2\tv3\n1\t2\t3\n\t89\t4\n8\t\t5\n\t\t6\n");
+}
+
+TEST(PackageTable, WhatIsNoSuchFileIsRefused) {
+  for (const char* name : {"d.dta", "d.sav", "d.sas7bdat"}) {
+    EXPECT_EQ(Convert(name, "").end.text, "it is empty");
+    EXPECT_EQ(Convert(name, "1,1,3\n").end.kind, ConversionEnd::Kind::failed) << name;
+    EXPECT_NE(Convert(name, "1,1,3\n").end.text, "") << name;
+  }
+  EXPECT_EQ(Convert("d.sav", PackageBytes("dta", TableOf(kTable))).end.kind,
+            ConversionEnd::Kind::failed);
+}
+
+// ---- R
+
+TEST(RdataTable, RowsOfTheDataFrame) {
+  const std::string bytes = RdataBytes("frame", TableOf(kTable));
+  EXPECT_EQ(Convert("d.rda", bytes).text, kTableText);
+  EXPECT_EQ(Convert("d.rda", GzipBytes(bytes)).text, kTableText);
+  EXPECT_EQ(Convert("d.RData", Bzip2Bytes(bytes)).text, kTableText);
+  EXPECT_EQ(Convert("d.rda", XzBytes(bytes)).text, kTableText);
+}
+
+TEST(RdataTable, FilesThatRSaved) {
+  // Saved with R 4.2: columns of each kind, with missing values; `notes` is no data frame, `second`
+  // is one.
+  const std::string expected =
+      "; whole\tnumber\tfactor\twords\tyes\tday\ttime\n"
+      "1\t0.5\thigh\tAnn Lee\t1\t2024-03-01\t2024-03-01 12:00:00\n"
+      "2\n"
+      "3\t-2\tlow\tZo\xC3\xAB\t0\t2024-03-03\t2024-03-03\n";
+  for (const char* name :
+       {"frames-gzip.rda", "frames-bzip2.rda", "frames-xz.rda", "frames-2.rda"}) {
+    const Converted converted = Convert(name, Stored(name));
+    EXPECT_EQ(converted.end.text, "") << name;
+    EXPECT_EQ(converted.text, expected) << name;
+    EXPECT_THAT(converted.told, ElementsAre("The first data frame is read: frame.  The file has 1 "
+                                            "more."))
+        << name;
+  }
+}
+
+TEST(RdataTable, WhatHasNoDataFrameIsRefused) {
+  EXPECT_EQ(Convert("d.rda", "").end.text, "it is empty");
+  EXPECT_NE(Convert("d.rda", "1,1,3\n").end.text, "");
+  EXPECT_THAT(Convert("d.rda", "RDA2\nA\n2\n262657\n").end.text, HasSubstr("saved as text"));
+}
+
+// ---- packed files
+
+struct Unpacked {
+  ConversionEnd end;
+  std::string bytes;
+};
+
+Unpacked Unpack(const std::string& bytes, const UnpackLimits& limits = {}) {
+  ScratchFolder folder;
+  std::string file;
+  Unpacked unpacked;
+  unpacked.end =
+      UnpackFile(folder.write("packed", bytes), folder.write("scratch", ""), limits, file);
+  if (unpacked.end.done()) unpacked.bytes = ReadWholeFile(file);
+  return unpacked;
+}
+
+TEST(UnpackedFile, GivesBackWhatWasPacked) {
+  std::string bytes;
+  for (int i = 0; i < 100000; ++i) bytes += static_cast<char>(i % 251 * (i % 13));
+  EXPECT_EQ(Unpack(bytes).bytes, bytes);
+  for (const auto pack : {GzipBytes, Bzip2Bytes, XzBytes}) {
+    EXPECT_EQ(Unpack(pack(bytes)).bytes, bytes);
+    EXPECT_EQ(Unpack(pack("")).bytes, "");
+  }
+  EXPECT_EQ(Unpack(GzipBytes("one") + GzipBytes("two")).bytes, "onetwo");
+  EXPECT_EQ(Unpack(XzBytes("one") + XzBytes("two")).bytes, "onetwo");
+}
+
+TEST(UnpackedFile, EveryBrokenOffOneIsToldSo) {
+  for (const auto pack : {GzipBytes, Bzip2Bytes, XzBytes}) {
+    const std::string packed = pack("a text of some length, so that it has some bytes\n");
+    for (std::size_t length = 6; length < packed.size(); ++length)
+      EXPECT_EQ(Unpack(packed.substr(0, length)).end.text, "it is damaged or broken off") << length;
+  }
+}
+
+TEST(UnpackedFile, OneThatIsFarTooLargeIsBrokenOff) {
+  const std::string zeros(3'000'000, '\0');
+  UnpackLimits limits;
+  limits.anyway = 1000;
+  limits.times = 10;
+  for (const auto pack : {GzipBytes, Bzip2Bytes, XzBytes}) {
+    EXPECT_EQ(Unpack(pack(zeros), limits).end.text, "it unpacks to far more than data do");
+    EXPECT_EQ(Unpack(pack(zeros)).bytes, zeros);
+  }
+}
+
+}  // namespace
+}  // namespace flanks
