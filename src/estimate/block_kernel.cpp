@@ -199,8 +199,9 @@ void BlockKernel::Evaluate(const LaneRun& run, float* expected, float* variance)
   Call(run, measures_, RowsOf(run, expected, variance));
 }
 
-void BlockKernel::EvaluateAt(const LaneRun& run, const float* measures, float* expected) {
-  Call(run, measures, RowsOf(run, expected, nullptr));
+void BlockKernel::EvaluateAt(const LaneRun& run, const float* measures, float* expected,
+                             float* variance) {
+  Call(run, measures, RowsOf(run, expected, variance));
 }
 
 KernelResult EvaluateOne(const KernelScale& scale, float measure, KernelWork& work) {

@@ -74,8 +74,9 @@ class BlockKernel {
   // The first form leaves the variance out.
   void EvaluateScores(const LaneRun& run, float shift, float* expected);
   void Evaluate(const LaneRun& run, float* expected, float* variance);
-  // The same at other measures, by lane.
-  void EvaluateAt(const LaneRun& run, const float* measures, float* expected);
+  // The same at other measures, by lane; a null `variance` is left out.
+  void EvaluateAt(const LaneRun& run, const float* measures, float* expected,
+                  float* variance = nullptr);
   // The steps of a mixed run's lanes.
   LaneSteps steps(const LaneRun& run) const {
     return {laneSteps_.data() + run.first, kKernelStride};

@@ -47,7 +47,7 @@ StepResult ElementStep(const ElementSums& sums, const StepControl& control,
   const double maximum = std::abs(sums.MaxScore);
   if (maximum == 0.0) return {};
   const float distance = HeldSingle(static_cast<double>(control.XtremeAdjustment) *
-                                static_cast<double>(sums.SmallestWeight));
+                                    static_cast<double>(sums.SmallestWeight));
   const double observed = std::min(std::max(sums.ObservedScore, static_cast<double>(distance)),
                                    maximum - static_cast<double>(distance));
   StepResult result;

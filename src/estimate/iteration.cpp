@@ -139,8 +139,8 @@ void Loop::RunIterations() {
     console_.WarnLine("'Iterations=" + std::to_string(estimates_.control.IterationLimit) +
                       "' reached.  'Iterations=0' removes limit");
   if (hopeless_)
-    console_.WarnLine(JoinNumber("Iterations ended: no progress in the last",
-                                 ProgressWatch::kPatience));
+    console_.WarnLine(
+        JoinNumber("Iterations ended: no progress in the last", ProgressWatch::kPatience));
   if (!Halted(run_)) state_.EstimationPhase = kPhaseFinished;
 }
 

@@ -1,16 +1,14 @@
 #include "report/table5.h"
 
-#include <cmath>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/running_moments.h"
-#include "base/utf8.h"
 #include "estimate/free_parameters.h"
 #include "report/format/fixed_field.h"
 #include "report/format/join_number.h"
-#include "report/table4_columns.h"
+#include "report/summary_box.h"
 #include "run/analysis.h"
 #include "run/console.h"
 #include "run/report_page.h"
@@ -20,16 +18,7 @@
 namespace flanks {
 namespace {
 
-constexpr int kCellWidth = 5;
-constexpr int kCellDecimals = 2;
-constexpr std::size_t kSmallestGroup = 19;
 constexpr int kTestWidth = 20;
-constexpr double kNoVariance = 1E-9;  // what rounding may leave of the variance of equal scores
-
-std::string PadLeft(std::string text, std::size_t width) {
-  if (text.size() < width) text.insert(0, width - text.size(), ' ');
-  return text;
-}
 
 std::string PadRight(std::string text, std::size_t width) {
   if (text.size() < width) text.append(width - text.size(), ' ');
@@ -39,54 +28,6 @@ std::string PadRight(std::string text, std::size_t width) {
 std::string Trimmed(double value, int decimals) {
   const std::string text = FixedField(value, kTestWidth, decimals);
   return text.substr(text.find_first_not_of(' '));
-}
-
-// A number with a zero in front of its point: "0.50".
-std::string ZeroText(double value, int decimals) {
-  std::string text = Trimmed(value, decimals);
-  const std::size_t point = text.find('.');
-  const bool bare = point == 0 || (point == 1 && text[0] == '-');
-  return bare ? text.insert(point, "0") : text;
-}
-
-std::string ZeroField(double value, std::size_t width, int decimals) {
-  return PadLeft(ZeroText(value, decimals), width);
-}
-
-// "Mean (Count: 12)", shorter when that is wider than the column.
-std::string MeanWords(const ResidualSummary& summary) {
-  const std::string number = NumberText(summary.Count);
-  const std::string words =
-      JoinNumber(summary.weighted ? "Mean (Weighted:" : "Mean (Count:", number) + ")";
-  if (words.size() <= kSmallestGroup) return words;
-  return JoinNumber(summary.weighted ? "Mean (Wtd:" : "Mean (Cnt:", number) + ")";
-}
-
-template <class Figure>
-FigureTexts Cells(const ResidualSummary& summary, Figure figure) {
-  FigureTexts texts;
-  for (std::size_t column = 0; column < kFigureColumns; ++column)
-    texts[column] = FixedField(figure(summary.columns[column]), kCellWidth, kCellDecimals);
-  return texts;
-}
-
-void WriteBox(Console& console, const ResidualSummary& summary) {
-  const std::string meanWords = MeanWords(summary);
-  const Table4Layout layout = LayOutTable5(console.settings(), meanWords);
-  BeginBox(console, layout.headingRows, layout.rulePattern);
-  const auto write = [&](const std::string& words, auto figure) {
-    WriteReportLine(console, WordLine(layout, Cells(summary, figure), words));
-  };
-  const double count = summary.Count;
-  write(meanWords, [](const ResidualMoments& column) { return column.Mean; });
-  write("S.D. (Population)",
-        [count](const ResidualMoments& column) { return column.PopulationDeviation(count); });
-  if (count > 1.0) {
-    write("S.D. (Sample)", [count](const ResidualMoments& column) {
-      return SampleDeviation(column.PopulationDeviation(count), count);
-    });
-  }
-  BottomRule(console);
 }
 
 void WriteTest(Console& console, const Estimates& estimates, const ScaleTables& scales) {
@@ -140,19 +81,12 @@ void WriteVariance(Console& console, const ResidualSummary& summary) {
     WriteReportLine(console,
                     "Count of measurable responses      =" + ZeroField(summary.Count, 10, 0));
   }
-  const auto variance = [&](ResidualColumn column) {
-    const double deviation = summary.of(column).PopulationDeviation(summary.Count);
-    return deviation * deviation;
-  };
-  const double observed = variance(ResidualColumn::score);
-  const double residual = variance(ResidualColumn::residual);
-  const double whole = observed < kNoVariance ? 1.0 : observed;
+  const double observed = summary.PopulationVariance(ResidualColumn::score);
+  const double residual = summary.PopulationVariance(ResidualColumn::residual);
+  WriteReportLine(console, VarianceLine("Raw-score variance of observations   =", observed));
   const auto line = [&](std::string_view words, double part) {
-    WriteReportLine(console, std::string(words) + ZeroField(part, 7, 3) + " " +
-                                 PadLeft(ZeroText(100.0 * part / whole, 2) + "%", 7));
+    WriteReportLine(console, VarianceLine(words, part, observed));
   };
-  WriteReportLine(
-      console, "Raw-score variance of observations   =" + ZeroField(observed, 7, 3) + " 100.00%");
   line("Variance explained by Rasch measures =", observed - residual);
   line("Variance of residuals                =", residual);
 }
@@ -168,7 +102,7 @@ void WriteTable5(Run& run) {
   TableHeading(console, "Table 5. Measurable Data Summary");
   const ResidualSummary summary = ComputeResiduals(run);
   if (console.stopping()) return;
-  WriteBox(console, summary);
+  WriteResidualBox(console, summary);
   WriteTest(console, run.analysis.estimates, run.analysis.scales);
   WriteTypes(console, run.analysis.estimates.fitTotals);
   WriteVariance(console, summary);

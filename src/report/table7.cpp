@@ -121,7 +121,7 @@ void WriteGroups(Run& run, FlankBoxes& boxes) {
 std::vector<std::string> OrdersOf(const std::vector<ArrangeItem>& arrange, FlankNo flank) {
   std::vector<std::string> orders;
   for (const ArrangeItem& item : arrange)
-    if (item.flank == 0 || item.flank == flank.number()) orders.push_back(item.letters);
+    if (!item.numbered || item.flank == flank.number()) orders.push_back(item.letters);
   return orders;
 }
 

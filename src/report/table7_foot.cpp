@@ -6,14 +6,12 @@
 #include "base/utf8.h"
 #include "report/format/fixed_field.h"
 #include "report/format/join_number.h"
+#include "report/separation_lines.h"
 #include "report/table7_rows.h"
 #include "run/report_page.h"
 
 namespace flanks {
 namespace {
-
-constexpr int kRatioDecimals = 2;
-constexpr int kTextWidth = 1;  // a left-trimmed text: as wide as it needs to be
 
 // Mean or S.D. of one column, over `count` rows.
 using Figure = double (*)(const RunningMoments& column, double count);
@@ -81,15 +79,6 @@ void WriteMeans(Console& console, const Table7Layout& layout, const MeasureSumma
   if (summary.Count > 1.0) write(SampleDeviationOf, "S.D. (Sample)");
 }
 
-std::string Trimmed(double value, int decimals) {
-  std::string text = FixedField(value, decimals + kTextWidth + 15, decimals);
-  return text.substr(text.find_first_not_of(' '));
-}
-
-std::string_view ErrorWord(const Settings& settings) {
-  return settings.RealStandardErrors ? "Real" : "Model";
-}
-
 // What stands before the value of Reliability: raters are to be alike, not to be told apart.
 std::string_view ReliabilityNote(const Settings& settings, FlankNo flank) {
   return settings.InterRaterSetting.front() == flank.number() ? "(not inter-rater) " : "";
@@ -97,22 +86,10 @@ std::string_view ReliabilityNote(const Settings& settings, FlankNo flank) {
 
 void WriteSeparation(Console& console, FlankNo flank, const MeasureSummary& summary,
                      float tinyValue, std::string_view prefix) {
-  if (summary.Count < 2.0) return;
   const Settings& settings = console.settings();
-  for (const Spread spread : {Spread::population, Spread::sample}) {
-    const SeparationStatistics s = SeparationOf(summary, spread, tinyValue);
-    std::string line(prefix);
-    line += ErrorWord(settings);
-    line += spread == Spread::population ? ", Populn" : ", Sample";
-    line += ": RMSE " + Trimmed(s.RMSE, settings.Udecimals);
-    line += "  Adj (True) S.D. " + Trimmed(s.AdjustedDeviation, settings.Udecimals);
-    line += "  Separation " + Trimmed(s.Separation, kRatioDecimals);
-    line += "  Strata " + Trimmed(s.Strata, kRatioDecimals);
-    line += "  Reliability ";
-    line += ReliabilityNote(settings, flank);
-    line += Trimmed(s.Reliability, kRatioDecimals);
+  for (const std::string& line :
+       SeparationLines(settings, summary, tinyValue, prefix, ReliabilityNote(settings, flank)))
     WriteReportLine(console, line);
-  }
 }
 
 void WriteChiSquare(Console& console, const ChiSquareTest& test, std::string_view prefix,
@@ -120,9 +97,7 @@ void WriteChiSquare(Console& console, const ChiSquareTest& test, std::string_vie
   std::string line(prefix);
   line += ErrorWord(console.settings());
   line += label;
-  line += " chi-squared: " + OneDecimalText(test.chiSquared);
-  line += "  d.f.:" + OneDecimalText(test.degreesOfFreedom);
-  line += "  significance (probability): " + DecimalsText(test.probability, kRatioDecimals);
+  line += ChiSquareText(test);
   WriteReportLine(console, line);
 }
 

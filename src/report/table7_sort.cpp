@@ -112,10 +112,12 @@ std::vector<ArrangeItem> ReadArrange(std::string_view arrange) {
     const std::size_t comma = std::min(arrange.find(','), arrange.size());
     ArrangeItem item;
     for (const char c : arrange.substr(0, comma)) {
-      if (std::isdigit(static_cast<unsigned char>(c)) != 0)
+      if (std::isdigit(static_cast<unsigned char>(c)) != 0) {
+        item.numbered = true;
         item.flank = std::min(item.flank * 10 + (c - '0'), kBeyondAllFlanks);
-      else if (c != ' ')
+      } else if (c != ' ') {
         item.letters += c;
+      }
     }
     items.push_back(item);
     arrange.remove_prefix(std::min(comma + 1, arrange.size()));

@@ -14,8 +14,9 @@ namespace flanks {
 
 // One item of `Arrange=`: an optional Flank number and sort letters.
 struct ArrangeItem {
-  int flank = 0;        // 0: every Flank
-  std::string letters;  // without the digits
+  bool numbered = false;  // a number is given; without one the item is for all Flanks
+  int flank = 0;          // 0: the bias terms
+  std::string letters;    // without the digits
 };
 
 std::vector<ArrangeItem> ReadArrange(std::string_view arrange);

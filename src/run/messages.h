@@ -39,10 +39,12 @@ constexpr std::string_view kNoLabels = "Warning (20)! No labels after Labels=";
 constexpr std::string_view kObservationWeight = "Warning (21)! observation";
 
 // Failure (n)!
+constexpr std::string_view kTable13SortLength = "Failure (3)! Sort length error.";
 constexpr std::string_view kTable7SortLength = "Failure (4)! Sort length error: B.";
 constexpr std::string_view kTable4SortLength = "Failure (5)! Sort length error C.";
 constexpr std::string_view kRulerSortLength = "Failure (8)! Sort length error D.";
 constexpr std::string_view kFairScore = "Failure (14)! Fair score computation failure.";
+constexpr std::string_view kBiasSort = "Failure (15)! Bias sort failure.";
 constexpr std::string_view kLabelSequenceNumbers = "Failure (18)! Lsort sequence error (1).";
 constexpr std::string_view kLabelSequenceFlanks = "Failure (18)! Lsort sequence error (2).";
 constexpr std::string_view kAnchorOutOfRange = "Failure (20)! Anchor value outside range: ";

@@ -28,6 +28,7 @@
 #include "run/fault_cures.h"
 #include "run/guard.h"
 #include "run/messages.h"
+#include "run/pipeline_bias.h"
 #include "run/report_page.h"
 #include "run/run.h"
 #include "spec/command_line.h"
@@ -37,7 +38,6 @@
 #include "spec/label_loader.h"
 #include "spec/list_reading.h"
 #include "spec/models.h"
-#include "spec/not_written.h"
 #include "spec/output_names.h"
 #include "spec/scales.h"
 #include "spec/specification_reader.h"
@@ -205,12 +205,12 @@ constexpr Step kAnalysisSteps[] = {
     {"WriteGraphFile", WriteGraphFile},
     {"WriteResiduals", WriteResiduals},
     {"WriteSimulatedData", WriteSimulatedData},
-    {"TellWhatIsNotWritten", TellWhatIsNotWritten},
     {"WriteTable6", WriteTable6},
     {"TellSubsets", TellSubsets},
     {"WriteTable7", WriteTable7},
     {"WriteTable8", WriteTable8},
     {"WriteTable4", WriteTable4},
+    {"AnalyzeBias", AnalyzeBias},
 };
 
 // The process ends at a number that cannot be computed: the user is told where it stands.

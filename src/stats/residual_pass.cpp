@@ -15,6 +15,7 @@ ResidualPass::ResidualPass(const PassParts& parts)
       kernel_(parts.scales.scales()),
       category_(kKernelBlock),
       laneOf_(kKernelBlock),
+      sums_(kKernelBlock),
       elements_(static_cast<std::size_t>(parts.design.ModelFlankCount)) {
   for (std::vector<float>* row :
        {&lanes_.expected, &lanes_.ModelVariance, &lanes_.FourthMoment, &lanes_.ResidualVarianceTerm,
@@ -22,12 +23,10 @@ ResidualPass::ResidualPass(const PassParts& parts)
         &lanes_.KurtosisRatio}) {
     row->resize(kKernelBlock);
   }
-  counted_.weight.resize(kKernelBlock);
-  for (std::vector<double>& column : counted_.columns) column.resize(kKernelBlock);
 }
 
 ResidualSummary ResidualPass::Run(UnexpectedList& list) {
-  summary_ = {};
+  sums_.Clear();
   KernelWork& work = parts_.estimates.work;
   kernel_.Begin(parts_.scales, parts_.estimates.ExponentLimit, work.filledTo);
   work.filledTo = std::max(work.filledTo, kernel_.filledTo());
@@ -36,9 +35,9 @@ ResidualSummary ResidualPass::Run(UnexpectedList& list) {
     const ObservationBlock& block = reader_.block();
     Evaluate(block);
     Collect(block, list);
-    AddBlock();
+    sums_.EndBlock();
   }
-  return summary_;
+  return sums_.summary();
 }
 
 void ResidualPass::Evaluate(const ObservationBlock& block) {
@@ -84,25 +83,19 @@ void ResidualPass::EvaluateOneByOne(const LaneRun& run) {
 }
 
 void ResidualPass::Collect(const ObservationBlock& block, UnexpectedList& list) {
-  std::size_t count = 0;
   for (std::size_t i = 0; i < block.count; ++i) {
     if (laneOf_[i] < 0) continue;
     const auto lane = static_cast<std::size_t>(laneOf_[i]);
     const double lowest = parts_.scales.lowestCategory[ScaleRow(block.scale[i])];
     const float StRes = StandardizedResidualOf(lanes_.SquaredStandardizedResidual[lane],
                                                lanes_.ScoreResidual[lane]);
-    const double values[kResidualColumns] = {
-        static_cast<double>(block.response[i]), block.category[i] + lowest,
-        lanes_.expected[lane] + lowest, lanes_.ScoreResidual[lane], StRes};
-    for (std::size_t column = 0; column < kResidualColumns; ++column)
-      counted_.columns[column][count] = values[column];
-    counted_.weight[count] = block.weight[i];
-    ++count;
+    sums_.Add({static_cast<double>(block.response[i]), block.category[i] + lowest,
+               lanes_.expected[lane] + lowest, lanes_.ScoreResidual[lane], StRes},
+              block.weight[i]);
     if (!list.IsCandidate(StRes)) continue;
     FindElements(block, i);
     list.Add(Response(block, i, lane, StRes), elements_);
   }
-  counted_.count = count;
 }
 
 KeptResponse ResidualPass::Response(const ObservationBlock& block, std::size_t i, std::size_t lane,
@@ -124,33 +117,6 @@ void ResidualPass::FindElements(const ObservationBlock& block, std::size_t i) {
   std::fill(elements_.begin(), elements_.end(), ElementSlot(0));
   for (std::size_t field = 0; field < block.fields(); ++field)
     elements_[reader_.position(field).offset()] = ElementSlot(block.slots[field][i]);
-}
-
-void ResidualPass::AddBlock() {
-  std::array<double, kResidualColumns> means{}, squares{};
-  double weight = 0.0;
-  for (std::size_t n = 0; n < counted_.count; ++n) {
-    const double w = counted_.weight[n];
-    weight += w;
-    if (w != 1.0) summary_.weighted = true;
-    for (std::size_t c = 0; c < kResidualColumns; ++c) means[c] += w * counted_.columns[c][n];
-  }
-  if (!(weight > 0.0)) return;
-  for (double& mean : means) mean /= weight;
-  for (std::size_t n = 0; n < counted_.count; ++n) {
-    for (std::size_t c = 0; c < kResidualColumns; ++c) {
-      const double deviation = counted_.columns[c][n] - means[c];
-      squares[c] += counted_.weight[n] * deviation * deviation;
-    }
-  }
-  const double total = summary_.Count + weight;
-  for (std::size_t c = 0; c < kResidualColumns; ++c) {
-    ResidualMoments& moments = summary_.columns[c];
-    const double step = means[c] - moments.Mean;
-    moments.SumOfSquares += squares[c] + step * step * (summary_.Count * weight / total);
-    moments.Mean += step * (weight / total);
-  }
-  summary_.Count = total;
 }
 
 ResidualSummary ComputeResiduals(Run& run) {

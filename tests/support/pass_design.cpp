@@ -12,9 +12,10 @@ namespace {
 PositionReference ReferenceOf(const std::string& mark) {
   PositionReference reference;
   reference.empty = mark == "empty";
-  reference.ignored = mark == "X";
-  reference.dummy = mark == "@";
-  reference.reversed = mark == "-";
+  reference.ignored = mark.starts_with('X');
+  reference.dummy = mark.starts_with('@');
+  reference.reversed = mark.starts_with('-');
+  reference.bias = mark.ends_with('B');
   return reference;
 }
 

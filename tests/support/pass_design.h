@@ -3,7 +3,7 @@
 //
 //   PassDesign d;
 //   d.Flank(3, kPositiveOrientation).Flank(2, kNegativeOrientation);   // slots 1 to 3, 4 and 5
-//   const int statement = d.Statement({"", "-"});      // by position: "", "-", "X", "@", "empty"
+//   const int statement = d.Statement({"", "-"});      // by position: "", "-", "X", "@", "empty"; "B"
 //   const int scale = d.Rating({-1.0f, 0.0f, 1.0f});
 //   const int structure = d.Structure(statement, scale);
 //   d.Build();

@@ -51,6 +51,12 @@ TEST(Table7, AnOrderForAFlankThatIsNotThereIsTold) {
   EXPECT_EQ(ReportOf("Arrange=3mN").find("gives no Table"), std::string::npos);
 }
 
+TEST(Table7, ANumberOfNoFlankKeepsAnItemFromAllFlanks) {
+  const std::string report = ReportOf("Arrange=0mN,1N");
+  EXPECT_NE(report.find("(arranged by N)"), std::string::npos);
+  EXPECT_EQ(report.find("(arranged by mN)"), std::string::npos);
+}
+
 TEST(Table7, WithoutAnOrderOrAListThereIsNone) {
   EXPECT_EQ(ReportOf("Arrange=").find("Table 7."), std::string::npos);
   EXPECT_EQ(ReportOf("T7LGS=S").find("Table 7."), std::string::npos);
