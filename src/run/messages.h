@@ -28,6 +28,8 @@ constexpr std::string_view kOverConstrained =
 constexpr std::string_view kUnderConstrained =
     "Warning (8)! Under-constrained?  Noncenter= for two or more flanks";
 constexpr std::string_view kNoElementsForFlank = "Warning (10)!: No elements specified for flank";
+constexpr std::string_view kPlotsPruned =
+    "Warning (11)! Plotted interactions pruned to first 250 per Excel plot";
 constexpr std::string_view kDuplicateScale = "Warning (12)! Duplicate ratingscale= :";
 constexpr std::string_view kGroupAnchorWithoutGroup =
     "Warning (13)! Measure values specified for elements in group-anchored flank";
