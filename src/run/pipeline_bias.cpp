@@ -4,8 +4,10 @@
 #include <string>
 
 #include "estimate/bias.h"
+#include "output/bias_plots.h"
 #include "report/bias_tables.h"
 #include "report/table13.h"
+#include "report/table14.h"
 #include "run/analysis.h"
 #include "run/console.h"
 #include "run/report_page.h"
@@ -24,7 +26,8 @@ bool IsAnyTableOn(Console& console) {
   });
 }
 
-void AnalyzeInteraction(Run& run, const BiasInteraction& interaction) {
+// `plotsPruned`: the run has said that plots are pruned.
+void AnalyzeInteraction(Run& run, const BiasInteraction& interaction, bool& plotsPruned) {
   Analysis& analysis = run.analysis;
   Console& console = run.console;
   SelectTable(console, 9);
@@ -35,10 +38,11 @@ void AnalyzeInteraction(Run& run, const BiasInteraction& interaction) {
   const BiasResults results = FitBias(FitSettingsOf(analysis.settings).form, bias, console);
   if (console.stopping()) return;
   if (!AnyEstimable(results)) return console.WarnLine("No bias terms estimable");
-  for (const auto write : {WriteTable11, WriteTable12, WriteTable13}) {
+  for (const auto write : {WriteTable11, WriteTable12, WriteTable13, WriteTable14}) {
     write(run, results);
     if (console.stopping()) return;
   }
+  WriteBiasPlots(run, results, plotsPruned);
 }
 
 }  // namespace
@@ -46,8 +50,9 @@ void AnalyzeInteraction(Run& run, const BiasInteraction& interaction) {
 void AnalyzeBias(Run& run) {
   if (run.analysis.settings.Bias == kBiasOmitted || !IsAnyTableOn(run.console)) return;
   run.at = "bias";
+  bool plotsPruned = false;
   for (const BiasInteraction& interaction : BiasInteractionsOf(run.analysis.design)) {
-    AnalyzeInteraction(run, interaction);
+    AnalyzeInteraction(run, interaction, plotsPruned);
     if (run.console.stopping()) return;
   }
 }
