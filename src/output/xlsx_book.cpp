@@ -33,12 +33,12 @@ void TryForRoom(off_t length) {
 
 }  // namespace
 
-XlsxBook::XlsxBook(const ReplacedFile& target, const FileStamp& stamp, Rows rows)
+XlsxBook::XlsxBook(const ReplacedFile& target, const FileStamp& stamp, const BookOptions& wanted)
     : name_(target.partName()), folder_(TempFolder()) {
   lxw_workbook_options options{};
-  options.constant_memory = rows == Rows::onDisk ? LXW_TRUE : LXW_FALSE;
+  options.constant_memory = wanted.rowsOnDisk ? LXW_TRUE : LXW_FALSE;
   options.tmpdir = folder_.data();
-  options.use_zip64 = LXW_TRUE;
+  options.use_zip64 = wanted.isVast ? LXW_TRUE : LXW_FALSE;
   book_ = workbook_new_opt(name_.c_str(), &options);
   if (book_ == nullptr) throw std::runtime_error("a workbook cannot be made");
   bold_ = workbook_add_format(book_);

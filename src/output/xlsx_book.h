@@ -11,7 +11,6 @@
 
 #ifdef FLANKS_HAS_XLSXWRITER
 
-#include <cstdint>
 #include <string>
 #include <vector>
 #include <xlsxwriter.h>
@@ -21,11 +20,17 @@
 
 namespace flanks {
 
+struct BookOptions {
+  // Rows must then come one after the other: each goes to disk with the next.
+  bool rowsOnDisk = true;
+  // A part of the archive may have more than 4 GB, for which there is another form of archive; not
+  // every program opens that.
+  bool isVast = false;
+};
+
 class XlsxBook {
  public:
-  // On disk: rows must come one after the other, each goes to disk with the next.
-  enum class Rows : std::uint8_t { onDisk, inMemory };
-  XlsxBook(const ReplacedFile& target, const FileStamp& stamp, Rows rows);
+  XlsxBook(const ReplacedFile& target, const FileStamp& stamp, const BookOptions& options);
   ~XlsxBook();
   XlsxBook(const XlsxBook&) = delete;
   XlsxBook& operator=(const XlsxBook&) = delete;

@@ -148,7 +148,7 @@ class SheetOfCharts {
 
 WriteEnd WriteCharts(const std::vector<ChartSheet>& sheets, const FileStamp& stamp,
                      const ReplacedFile& target) {
-  XlsxBook book(target, stamp, XlsxBook::Rows::inMemory);
+  XlsxBook book(target, stamp, {.rowsOnDisk = false});
   for (const ChartSheet& sheet : sheets) SheetOfCharts(book, sheet).Write();
   book.Close();
   return WriteEnd::complete;

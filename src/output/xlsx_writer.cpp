@@ -43,6 +43,29 @@ int WidthOf(const ColumnShape& column, bool hasHeading) {
   return std::clamp(std::max(heading, column.columns) + 1, kNarrowestColumn, kWidestColumn);
 }
 
+// Whether a sheet may have more than 4 GB before it is packed.
+bool IsVast(const TableShape& shape) {
+  constexpr double kFourGigabytes = 4e9, kBytesOfMarks = 60.0;  // around a cell, at most
+  double bytesOfRow = 0.0;
+  for (const ColumnShape& column : shape.columns)
+    bytesOfRow += kBytesOfMarks + static_cast<double>(column.bytes);
+  const auto rows = static_cast<double>(std::min(shape.rows, kSheetRows));
+  return rows * bytesOfRow > kFourGigabytes;
+}
+
+// Cut behind so many UTF-16 units, by which a spreadsheet counts.
+std::string_view CutToUnits(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  std::size_t units = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    if ((byte & 0xC0) == 0x80) continue;  // within a character
+    units += byte >= 0xF0 ? 2 : 1;
+    if (units > most) return text.substr(0, at);
+  }
+  return text;
+}
+
 // The rows of one table over as many sheets as they need.
 class SheetRows {
  public:
@@ -104,15 +127,10 @@ class SheetRows {
   }
 
   void WriteText(std::size_t column, std::string_view cell, lxw_format* format) {
-    text_ = CutToCell(cell);
+    text_ = CutToUnits(cell, kCellCharacters);
     if (text_.size() < cell.size()) ++end_.cutCells;
     XlsxBook::Check(worksheet_write_string(sheet_, static_cast<lxw_row_t>(row_),
                                            static_cast<lxw_col_t>(column), text_.c_str(), format));
-  }
-
-  // A spreadsheet counts UTF-16 units; so many bytes are never more of them.
-  static std::string_view CutToCell(std::string_view cell) {
-    return cell.size() <= kCellCharacters ? cell : CutBetweenCharacters(cell, kCellCharacters);
   }
 
   XlsxBook& book_;
@@ -135,7 +153,7 @@ XlsxEnd WriteXlsx(const TableSource& source, const FileStamp& stamp, const XlsxO
   if (shape.columns.size() > kSheetColumns)
     throw std::runtime_error(std::to_string(shape.columns.size()) + " columns, and a sheet takes " +
                              std::to_string(kSheetColumns));
-  XlsxBook book(target, stamp, XlsxBook::Rows::onDisk);
+  XlsxBook book(target, stamp, {.isVast = IsVast(shape)});
   SheetRows rows(book, shape, options);
   TabText text(source);
   if (options.hasHeading) text.ReadRow();

@@ -326,7 +326,9 @@ TEST(HandOffs, EndWhenTheUserBreaksTheRunOff) {
 TEST(HandOffs, CutALabelThatNoCellTakesAndSaySo) {
   Bench bench;
   const std::string longest(40'000, 'x');
-  bench.text = bench.folder.write("long.txt", "E-Label\n" + longest + "\nshort\n");
+  std::string umlauts;
+  for (int i = 0; i < 20'000; ++i) umlauts += "\xC3\xA4";
+  bench.text = bench.folder.write("long.txt", "E-Label\n" + longest + "\n" + umlauts + "\n");
   bench.spssText = bench.folder.write("long-spss.txt", "1\nE-Label\nl\n40000\n" + longest + "\n");
   const std::string words = "Labels cut: 1, since a cell takes no more than 32767 characters.\n";
   EXPECT_TRUE(bench.Excel("a.xlsx"));
