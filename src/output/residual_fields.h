@@ -4,7 +4,7 @@
 // last three fields are one column for each active position.  Place 12 is no field but the number
 // of decimals.
 //
-// Tested by tests/unit/output/residual_fields_test.cpp.
+// Tested by tests/unit/output/residual_file_test.cpp.
 #ifndef FLANKS_OUTPUT_RESIDUAL_FIELDS_H
 #define FLANKS_OUTPUT_RESIDUAL_FIELDS_H
 

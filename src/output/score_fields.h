@@ -4,7 +4,7 @@
 // the others: the two lists are distinct.  Place 29 is no field: it moves the element number from
 // the front of the row to its place behind the statistics.
 //
-// Tested by tests/unit/output/score_fields_test.cpp.
+// Tested by tests/unit/output/score_file_test.cpp.
 #ifndef FLANKS_OUTPUT_SCORE_FIELDS_H
 #define FLANKS_OUTPUT_SCORE_FIELDS_H
 
