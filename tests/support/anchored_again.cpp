@@ -29,11 +29,13 @@ AnchoredAgain::Figures AnchoredAgain::Measures() const {
   const Settings& settings = analysis.settings;
   Figures shown;
   for (const ElementSlot slot : Upward(analysis.estimates.elements)) {
+    const ElementTable& elements = analysis.design.elements;
+    const std::string place = std::to_string(elements.ElementFlank[slot].number()) + "," +
+                              std::to_string(elements.ElementNumber[slot]);
+    shown["label " + place] = {elements.ElementLabel[slot] + "|" +
+                               std::to_string(elements.ElementGroup[slot])};
     if (!HasEstimate(analysis, slot)) continue;
-    const std::string name = "element " +
-                             std::to_string(analysis.design.elements.ElementFlank[slot].number()) +
-                             "," + std::to_string(analysis.design.elements.ElementNumber[slot]);
-    shown[name] = FigureOf(
+    shown["element " + place] = FigureOf(
         settings.Umean + static_cast<double>(settings.Uscale) *
                              static_cast<double>(analysis.estimates.elements[slot].ElementMeasure),
         settings.Udecimals);
@@ -94,7 +96,8 @@ std::string AnchoredAgain::Difference(std::string_view specification, const std:
 // a 1.
 bool AnchoredAgain::IsSame(const Figure& expected, const Figure& found) const {
   if (expected.text == found.text) return true;
-  if (!withinSinglePrecision || found.text.empty()) return false;
+  const bool isNumber = expected.text.find('|') == std::string::npos;
+  if (!withinSinglePrecision || !isNumber || found.text.empty()) return false;
   const Settings& settings = run.analysis.settings;
   // An anchor within Hardware= takes the place of one beyond it.
   const double limit = std::abs(settings.Uscale) * static_cast<double>(settings.Hardware);

@@ -1,5 +1,5 @@
 // The round trip of an anchor file: a run that writes one, a run of that file, and whether all
-// measures and thresholds show the same digits.
+// labels, measures and thresholds show the same digits.
 //
 //   AnchoredAgain trip;
 //   trip.folder().write("data.txt", ...);

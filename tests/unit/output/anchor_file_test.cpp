@@ -9,6 +9,7 @@
 #include "output/current_settings.h"
 #include "support/anchored_again.h"
 #include "support/finished_run.h"
+#include "support/source_tree.h"
 #include "support/text_compare.h"
 
 namespace flanks {
@@ -242,6 +243,79 @@ TEST(AnchorFile, WritesASmallMeasureWithoutAnExponent) {
                    "3=c,.0000012345\n4=d,0\n*\n2,B,A\n1-2=b,1\n*\n"
                    "Data=\n1,1,0\n1,2,1\n2,1,1\n2,2,2\n3,1,0\n3,2,1\n");
   EXPECT_THAT(file, HasSubstr("1,A,A\n1=a,.00001\n2=b,-0.000002\n3=c,0.0000012\n4=d,0\n*\n"));
+}
+
+// The statements, and the first lines of the scales, of a design with two persons and three items.
+std::string StatementsOf(const std::string& models, const std::string& data) {
+  AnalysisRun run;
+  const std::string file =
+      AnchorFileOf(run, "Flanks=2\nModels=\n" + models +
+                            "Labels=\n1,A,A\n1=a,0\n2=b,1\n*\n2,B,A\n5-7=i,0\n*\nData=\n" + data);
+  std::string text;
+  bool inStatements = false;
+  for (const std::string& line : LinesOf(file)) {
+    if (line == "*") inStatements = false;
+    if (inStatements || line.starts_with("Rating")) text += line + "\n";
+    if (line == "Models =") inStatements = true;
+  }
+  return text;
+}
+
+struct StatementCase {
+  std::string models;
+  std::string data;
+  std::string expected;
+  const char* why;
+};
+
+TEST(AnchorFile, NamesTheScaleOfEachStatement) {
+  const std::string head = "Rating (or partial credit) scale = ";
+  const std::string data = "1,5-7,0,1,2\n2,5-7,1,0,0\n";
+  const StatementCase cases[] = {
+      {"?,#,R2\n*\n", data,
+       "?,5,RS1.5,1\n?,6,RS1.6,1\n?,7,RS1.7,1\n" + head + "RS1.5,R2\n" + head + "RS1.6,R2\n" +
+           head + "RS1.7,R2\n",
+       "one for each element"},
+      {"?,#,R2\n?,?,R9\n*\n", "1,5-7,0,1,9\n2,5-7,1,0,8\n",
+       "?,5,RS1.5,1\n?,6,RS1.6,1\n?,#,R2,1\n?,?,R9,1\n" + head + "RS1.5,R2\n" + head + "RS1.6,R2\n",
+       "nothing valid of 7: no other statement may take it"},
+      {"?,-#5-6,R2\n-?B,?,R2,.5,tail\n*\n", data,
+       "?,-5,RS1.5,1\n?,-6,RS1.6,1\n-?B,?,RS2,.5 ; TAIL\n" + head + "RS1.5,R2\n" + head +
+           "RS1.6,R2\n" + head + "RS2,R2,G,O\n",
+       "reversed, bias, weight and tail"},
+      {"#,?,R2\n*\n", data + "0,5,1\n",
+       "1,?,RS1.1,1\n2,?,RS1.2,1\n?,?,RS1.0,1\n" + head + "RS1.1,R2\n" + head + "RS1.2,R2\n" +
+           head + "RS1.0,R2\n",
+       "a position without an element"},
+      {"?,5,S\n?,6,S\n?,7,T\n1,?,T\n*\nRating scale=S,R2,S,K\n*\nRating scale=T,R2K,,,,title\n*\n",
+       data,
+       "?,5,S.2,1\n?,6,S.3,1\n?,7,T,1\n1,?,T,1\n" + head + "S.2,R2,S,K\n" + head + "S.3,R2,S,K\n" +
+           head + "T,R2K,G,O ; title\n",
+       "specific and general"},
+      {"?,5,RS2\n?,6,R2\n?,#,rs2\n*\nRating scale=RS2,R2\n*\n", data,
+       "?,5,RS2,1\n?,6,RS2.2,1\n?,7,RS2.7,1\n?,#,RS2.0,1\n" + head + "RS2,R2,G,O\n" + head +
+           "RS2.2,R2,G,O\n" + head + "RS2.7,R2\n" + head + "RS2.0,R2,G,O\n",
+       "names that are taken"},
+      {"?,5,M\n?,8,U\n?,?,R2\n*\nRating scale=U,R2\n1=x,.5,A,4\n*\n", data,
+       "?,5,M,1\n?,8,U,1\n?,?,RS3,1\n" + head + "U,R2,G,O\n" + head + "RS3,R2,G,O\n",
+       "statements without observations"},
+  };
+  for (const StatementCase& c : cases)
+    EXPECT_EQ(StatementsOf(c.models, c.data), c.expected) << c.why;
+}
+
+// The last field of a line loses its quotes.
+TEST(AnchorFile, KeepsQuotesOfLabels) {
+  AnalysisRun run;
+  const std::string file = AnchorFileOf(run,
+                                        "Flanks=2\nModels=?,?,R2\nLabels=\n1,'A',,\n1='a',,2,\n2='"
+                                        "b',\n3=\"c\",,\n4=d\n*\n2,B\n1-2=b\n*\n"
+                                        "Data=\n1,1,0\n1,2,1\n2,1,1\n2,2,2\n");
+  EXPECT_THAT(file, HasSubstr("\n1,'A',A\n1='a',"));
+  EXPECT_THAT(file, HasSubstr("\n3=\"c\",,0\n4=d\n*\n"));
+  FinishedRun finished(run);
+  ASSERT_TRUE(WriteAnchorFile(finished.run, run.folder.file("a.txt"), {.AnchorMark = ' '}));
+  EXPECT_THAT(run.folder.read("a.txt"), HasSubstr("\n1,'A',,1\n"));
 }
 
 // ---- Runs of the file
