@@ -99,7 +99,8 @@ WriteEnd WriteByR(Run& run, const std::string& program, const std::string& textN
   std::error_code ignored;
   std::filesystem::remove(logName, ignored);
   if (run.console.stopping()) return WriteEnd::stopped;
-  if (status == 0) return WriteEnd::complete;
+  const bool made = std::filesystem::file_size(target.partName(), ignored) > 0 && !ignored;
+  if (status == 0 && made) return WriteEnd::complete;
   throw std::runtime_error("R ended with exit status " + std::to_string(status) + ": " + last);
 }
 

@@ -418,15 +418,16 @@ TEST(RunRStatistics, WithoutRTheFileIsMadeAndNotShown) {
   EXPECT_THAT(bench.Files(), ElementsAre("a.rda"));
 }
 
-// The program stands for R: it keeps what it was given and does what the script asks for.
+// Stands for R: keeps what it was given, and writes the file that the script saves to.
+std::string LikeR(const std::string& seen) {
+  return "echo \"$*\" > " + seen + "; while read -r line; do echo \"$line\" >> " + seen +
+         "\ncase $line in save*) line=${line#*file = \\\"}; echo made > \"${line%\\\")}\";; "
+         "esac; done\n";
+}
+
 TEST(RunRStatistics, HasRMakeTheFileToShow) {
   Bench bench;
-  const std::string seen = bench.folder.file("seen.txt");
-  WriteProgram(
-      bench.folder, "bin/R",
-      "echo \"$*\" > " + seen + "; while read -r line; do echo \"$line\" >> " + seen +
-          "\ncase $line in save*) line=${line#*file = \\\"}; echo made > \"${line%\\\")}\";; "
-          "esac; done\n");
+  WriteProgram(bench.folder, "bin/R", LikeR(bench.folder.file("seen.txt")));
   const FakeR fake(bench.folder.file("bin"));
   EXPECT_TRUE(bench.R("a.rda", true));
   EXPECT_EQ(bench.folder.read("a.rda"), "made\n");
@@ -447,12 +448,15 @@ TEST(RunRStatistics, TellsWhatRSays) {
   EXPECT_EQ(bench.folder.read("a.rda"), "former");
   EXPECT_EQ(bench.shell.Screen(),
             "RunRStatistics failed: R ended with exit status 3: Error: no such thing.\n");
+  WriteProgram(bench.folder, "bin/R", "exit 0\n");
+  EXPECT_FALSE(bench.R("a.rda", true)) << "it has written nothing";
+  EXPECT_EQ(bench.folder.read("a.rda"), "former");
 }
 
 TEST(RunRStatistics, LeavesAProfileForAnRThatOpens) {
   Bench bench;
   bench.launcher.works = true;
-  WriteProgram(bench.folder, "bin/R", "exit 0\n");
+  WriteProgram(bench.folder, "bin/R", LikeR(bench.folder.file("seen.txt")));
   const FakeR fake(bench.folder.file("bin"));
   const std::string target = bench.folder.file("a.rda"), profile = bench.folder.file(".Rprofile");
   EXPECT_TRUE(bench.R("a.rda", true));
