@@ -17,7 +17,7 @@ namespace flanks {
 struct UnpackLimits {
   std::int64_t bytes = std::int64_t{1} << 32;   // of the unpacked file
   std::int64_t anyway = std::int64_t{1} << 26;  // so much may come out of a small file
-  std::int64_t times = 1100;                    // beyond that, so many times its size
+  std::int64_t times = 200;                     // beyond that, so many times its size
 };
 
 // Unpacks `packed` into `scratch` and puts the name of the file to be read into `file`: `packed`
