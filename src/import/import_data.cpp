@@ -106,8 +106,11 @@ bool TellConversionEnd(Run& run, const std::string& sourceName, const Conversion
     case ConversionEnd::Kind::done:
       return true;
     case ConversionEnd::Kind::missingModule:
-      run.console.WarnLine("F63 Module " + end.text +
-                           " not found. Flanks is not installed correctly.");
+      // Kept: the words name the importer of another system (docs/quirks.md).
+      run.console.WarnLine(
+          "F63 Module flankinput.exe not found. Flanks is not installed correctly.");
+      run.console.WarnLine("This build of Flanks cannot read " + InQuotes(sourceName) +
+                           ": it was made without " + end.text + ".");
       return Fail(run, Fault::requiredFileNotFound, InQuotes(sourceName));
     case ConversionEnd::Kind::badCell:
       run.console.WarnLine("Conversion failed: " + sourceName + ": " + end.text);

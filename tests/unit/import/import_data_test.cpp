@@ -277,8 +277,10 @@ TEST(ImportData, TheUserMayEndIt) {
 TEST(ImportData, ALibraryThatIsNotThereIsNamed) {
   SpecRun run;
   EXPECT_FALSE(TellConversionEnd(run.run, "d.xlsx", WithoutModule("libzip")));
-  EXPECT_THAT(run.shell.Screen(),
-              HasSubstr("F63 Module libzip not found. Flanks is not installed correctly.\n"));
+  EXPECT_THAT(
+      run.shell.Screen(),
+      HasSubstr("F63 Module flankinput.exe not found. Flanks is not installed correctly.\n"
+                "This build of Flanks cannot read \"d.xlsx\": it was made without libzip.\n"));
   EXPECT_EQ(run.FaultText(), "\"d.xlsx\" Required file not found: Error F57");
 }
 
