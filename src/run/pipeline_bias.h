@@ -1,6 +1,6 @@
 // The bias step: each interaction that statements mark is estimated and reported in turn.
 //
-// Part of rank 9, because its reports and files stand in folders that do not see each other.
+// In rank 9, because its reports and files stand in folders that do not see each other.
 // Tested by tests/unit/report/bias_tables_test.cpp and by golden reports.
 #ifndef FLANKS_RUN_PIPELINE_BIAS_H
 #define FLANKS_RUN_PIPELINE_BIAS_H

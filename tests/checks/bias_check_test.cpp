@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <map>
 #include <numeric>
@@ -271,6 +272,31 @@ INSTANTIATE_TEST_SUITE_P(Designs, AgainstBisection, testing::ValuesIn(kPlans),
 
 // ---- Recovery
 
+// The numbers of a row of docs/accuracy.md, by its first cell, below "## Bias terms".
+std::vector<double> KeptFigures(const std::string& name) {
+  std::ifstream in(std::string(FLANKS_SOURCE_DIR) + "/docs/accuracy.md");
+  std::string line;
+  while (std::getline(in, line) && line != "## Bias terms") {
+  }
+  std::vector<double> numbers;
+  while (std::getline(in, line)) {
+    if (line.find("| " + name + " |") != 0) continue;
+    std::istringstream cells(line.substr(name.size() + 4));
+    for (std::string cell; std::getline(cells, cell, '|');)
+      if (cell.find_first_of("0123456789") != std::string::npos) numbers.push_back(std::stod(cell));
+    break;
+  }
+  return numbers;
+}
+
+void ExpectAsKept(const std::string& name, const std::vector<double>& figures,
+                  const std::vector<double>& lastDigits) {
+  const std::vector<double> kept = KeptFigures(name);
+  ASSERT_EQ(kept.size(), figures.size()) << name;
+  for (std::size_t i = 0; i < figures.size(); ++i)
+    EXPECT_NEAR(figures[i], kept[i], .51 * lastDigits[i]) << name << ", figure " << i + 1;
+}
+
 constexpr int kRaters = 6, kCriteria = 4, kPersons = 250;
 
 // Sums to 0 for each rater and each criterion, so that no main effect takes it up.
@@ -320,9 +346,7 @@ TEST(Recovery, InteractionsComeBackWithinTheirErrors) {
       }
     }
   }
-  RecordProperty("bias over truth", std::to_string(biased));
-  RecordProperty("mean squared z", std::to_string(squares / terms));
-  RecordProperty("inside 1.96", std::to_string(static_cast<double>(inside) / terms));
+  ExpectAsKept("Terms", {biased, squares / terms, 100.0 * inside / terms}, {.01, .01, .1});
   EXPECT_NEAR(biased, 1.0, .05);
   // Main effects take up all but (1 - 1/6)(1 - 1/4) = .625 of the noise of a table of terms; 24
   // ratings of a person stretch what is left by 24/23, squared.
@@ -363,8 +387,7 @@ TEST(Recovery, WithoutInteractionsFewTermsHaveALargeT) {
     }
   }
   ASSERT_EQ(terms, 2700);
-  RecordProperty("share beyond 2", std::to_string(static_cast<double>(beyond) / terms));
-  RecordProperty("mean squared t", std::to_string(squares / terms));
+  ExpectAsKept("Terms of no bias", {100.0 * beyond / terms, squares / terms}, {.1, .01});
   EXPECT_NEAR(static_cast<double>(beyond) / terms, .039, .012);
   EXPECT_NEAR(squares / terms, .934, .06);
 }

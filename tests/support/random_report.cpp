@@ -76,6 +76,8 @@ std::string RandomReport::Settings() {
     text += "Yardstick=" + std::to_string(Chance(50) ? 0 : Whole(1, 90)) + "," +
             OneOf({"0", "1", ".3", "9"}) + "," + OneOf({"", "-2,3,Measure", "60,40", ",,M"}) + "\n";
   if (Chance(30)) text += "Subsets=" + std::string(OneOf({"R", "L"})) + "\n";
+  if (Chance(30)) text += "Bias=" + std::string(OneOf({"minus", "plus"})) + "\n";
+  if (Chance(30)) text += "Zscore=" + std::string(OneOf({"0,1", ".5", "2,2"})) + "\n";
   if (Chance(30)) text += "T8NBC=" + std::string(OneOf({"N", "B", "C", "NB", "NC"})) + "\n";
   if (Chance(30)) text += "Barchart=" + std::string(OneOf({"0", "1", "2"})) + "\n";
   if (Chance(40)) text += "Glabel=\n1,1," + Label() + "g\n1,2," + Label() + "g\n2,1,g\n*\n";
@@ -111,8 +113,11 @@ std::string RandomReport::Scale() const {
 std::string RandomReport::Models() {
   std::string text = "Models=";
   const bool structured = Chance(20);  // a scale for each item
-  for (std::size_t flank = 0; flank < flanks_.size(); ++flank)
-    text += flank == 1 && structured ? "#," : "?,";
+  const bool marked = Chance(60);  // bias terms of all Flanks, or of the first two
+  for (std::size_t flank = 0; flank < flanks_.size(); ++flank) {
+    text += flank == 1 && structured ? "#" : "?";
+    text += marked && (flank < 2 || Chance(50)) ? "B," : ",";
+  }
   if (kind_ != 'R' || Chance(50)) return text + Scale() + "\n";
   text += "Ratings\nRating (or partial credit) scale=Ratings," + Scale() + "\n";
   for (int category = 0; category <= top_; ++category)

@@ -2,7 +2,7 @@
 //
 // Everything that changes what a Table looks like: labels of every kind and length, numbers of
 // elements of one to ten digits, groups, weights, anchors, extreme elements, missing and disjoint
-// data, units and decimals, placement, optional columns, orders.
+// data, units and decimals, placement, optional columns, orders, bias terms.
 #ifndef FLANKS_TESTS_SUPPORT_RANDOM_REPORT_H
 #define FLANKS_TESTS_SUPPORT_RANDOM_REPORT_H
 

@@ -80,9 +80,10 @@ TEST(NumberTextsOf, RandomValuesAreThoseOfTheFormatters) {
         ASSERT_EQ(TextTo(text, end), Fixed(values[i], decimals))
             << values[i] << " with " << decimals << ", seed " << kSeed;
       }
-      if (const char* end = delimited.PutDelimited(text, inDelimited[i]))
+      if (const char* end = delimited.PutDelimited(text, inDelimited[i])) {
         ASSERT_EQ(TextTo(text, end), Delimited(values[i], decimals))
             << values[i] << " with " << decimals << ", seed " << kSeed;
+      }
     }
     EXPECT_GT(found, kValues / 4);
   }
