@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
+#include <span>
 
 #include "base/text.h"
 #include "output/destination.h"
@@ -11,6 +12,7 @@
 #include "run/console.h"
 #include "run/messages.h"
 #include "run/report_page.h"
+#include "spec/file_names.h"
 #include "stats/bias_measures.h"
 #include "stats/bias_pairing.h"
 
@@ -241,6 +243,15 @@ bool IsOfAnotherKind(const std::string& name) {
   return first[0] != 'P' || first[1] != 'K';
 }
 
+// Why the file of this name is not to be replaced; empty when it may be.
+std::string ReasonToKeep(const Settings& settings, const std::string& name) {
+  const bool holdsData =
+      settings.dataSource == DataSource::file &&
+      SameFile(name, FindFileToRead(settings.dataFile, settings.specificationFile));
+  if (holdsData) return "the data of this run stand in it";
+  return IsOfAnotherKind(name) ? "it is no workbook, and is left alone" : "";
+}
+
 }  // namespace
 
 BiasPlotChoice BiasPlotsAsked(const Settings& settings) {
@@ -285,8 +296,9 @@ void WriteBiasPlots(Run& run, const BiasResults& results, bool& warned) {
     if (plots.pruned && !warned) run.console.WarnLine(message::kPlotsPruned);
     warned = warned || plots.pruned;
     const std::string name = BiasPlotName(run.analysis, results.interaction, target);
-    if (IsOfAnotherKind(name)) {
-      TellOpenFailure(run.console, name, "it is no workbook, and is left alone");
+    const std::string reason = ReasonToKeep(run.analysis.settings, name);
+    if (!reason.empty()) {
+      TellOpenFailure(run.console, name, reason);
     } else if (WriteChartWorkbook(run, name, plots.sheets)) {
       run.console.ShowLine("Bias/Interaction plots: " + name);
     }

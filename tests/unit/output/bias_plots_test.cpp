@@ -256,6 +256,15 @@ TEST_F(FileTest, AFileOfAnotherKindIsLeftAlone) {
   EXPECT_NE(run.folder.read("report.bias1.2.xlsx"), "");
 }
 
+TEST_F(FileTest, TheDataAreNotReplaced) {
+  run.Prepare(Specification(3, 2), "Tables=000000000000X0");
+  run.Write("report.bias1.2.xlsx", "PK: data in a workbook");
+  run.analysis.settings.dataSource = DataSource::file;
+  run.analysis.settings.dataFile = run.folder.file("report.bias1.2.xlsx");
+  EXPECT_THAT(Write(), HasSubstr("(the data of this run stand in it)"));
+  EXPECT_EQ(run.folder.read("report.bias1.2.xlsx"), "PK: data in a workbook");
+}
+
 TEST_F(FileTest, AFolderThatIsNotThereIsToldAndTheRunGoesOn) {
   run.Prepare(Specification(3, 2), "Tables=000000000000X0");
   run.analysis.settings.OutputFile = run.folder.file("nowhere/report.txt");
