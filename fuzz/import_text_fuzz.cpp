@@ -3,6 +3,7 @@
 // The first line of the input is a name, and a format and a place of a cell as well.  In the other
 // lines a tab ends a cell; a cell that begins with "#" is a number, one with "!" an error, and "@"
 // begins another sheet.  What is written must be split again into the cells that were put in.
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -37,7 +38,8 @@ void CheckName(std::string_view name) {
     DateText(day, DateStart::year1900);
     const std::string number = ImportedNumber(day);
     if (!number.empty())
-      Require(std::stod(number) == day || number == "0", "a number reads back", number);
+      Require(std::strtod(number.c_str(), nullptr) == day || number == "0", "a number reads back",
+              number);
   }
 }
 

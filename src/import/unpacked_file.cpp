@@ -41,7 +41,8 @@ std::string StartOf(const std::string& name) {
 }
 
 // Copies what `read` gives into `scratch`.
-std::string Unpack(const Read& read, const std::string& scratch, std::int64_t most) {
+[[maybe_unused]] std::string Unpack(const Read& read, const std::string& scratch,
+                                    std::int64_t most) {
   const File out(std::fopen(scratch.c_str(), "wb"), std::fclose);
   if (out == nullptr) return LastFileError().message();
   std::string block(kBlockBytes, '\0');
@@ -57,7 +58,7 @@ std::string Unpack(const Read& read, const std::string& scratch, std::int64_t mo
   return std::fflush(out.get()) == 0 ? "" : LastFileError().message();
 }
 
-ConversionEnd EndOf(const std::string& reason) {
+[[maybe_unused]] ConversionEnd EndOf(const std::string& reason) {
   return reason.empty() ? ConversionEnd{} : ConversionFailed(reason);
 }
 

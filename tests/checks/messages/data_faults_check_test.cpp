@@ -108,9 +108,8 @@ TEST(FileFaultMessages, NameTheFile) {
   CheckFaultCase(missing, FLANKS_PROGRAM);
 
   MessageCase sheet{"a spreadsheet", WithData(Changed(14, "Data=d.xlsx"), "")};
-  sheet.screen =
-      sheet.report = {"F63 Module flankinput.exe not found. Flanks is not installed correctly.",
-                      "\"d.xlsx\" Required file not found: Error F57"};
+  sheet.screen = sheet.report = {"Conversion failed: d.xlsx: there is no such file",
+                                 "\"d.xlsx\" File not found: Error F43"};
   CheckFaultCase(sheet, FLANKS_PROGRAM);
 
   MessageCase wild{"a name with a question mark", Changed(14, "Data=d?.txt")};
