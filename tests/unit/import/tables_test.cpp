@@ -12,6 +12,13 @@
 #include "support/import_files.h"
 #include "support/scratch_folder.h"
 
+// librdata frees neither what it opens a file with nor its text conversion.  The program does not
+// mind: it reads such files in a process of their own.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:librdata\n";
+}
+
 namespace flanks {
 namespace {
 
