@@ -76,6 +76,11 @@ std::string RandomReport::Settings() {
     text += "Yardstick=" + std::to_string(Chance(50) ? 0 : Whole(1, 90)) + "," +
             OneOf({"0", "1", ".3", "9"}) + "," + OneOf({"", "-2,3,Measure", "60,40", ",,M"}) + "\n";
   if (Chance(30)) text += "Subsets=" + std::string(OneOf({"R", "L"})) + "\n";
+  // Table 14 of many elements is long, and one of its lines is like another.
+  constexpr std::size_t kElementsInPairs = 20;
+  std::size_t elements = 0;
+  for (const Flank& flank : flanks_) elements += flank.numbers.size();
+  if (elements > kElementsInPairs) text += "Tables=11111111111110\n";
   if (Chance(30)) text += "Bias=" + std::string(OneOf({"minus", "plus"})) + "\n";
   if (Chance(30)) text += "Zscore=" + std::string(OneOf({"0,1", ".5", "2,2"})) + "\n";
   if (Chance(30)) text += "T8NBC=" + std::string(OneOf({"N", "B", "C", "NB", "NC"})) + "\n";
@@ -113,7 +118,7 @@ std::string RandomReport::Scale() const {
 std::string RandomReport::Models() {
   std::string text = "Models=";
   const bool structured = Chance(20);  // a scale for each item
-  const bool marked = Chance(60);  // bias terms of all Flanks, or of the first two
+  const bool marked = Chance(60);      // bias terms of all Flanks, or of the first two
   for (std::size_t flank = 0; flank < flanks_.size(); ++flank) {
     text += flank == 1 && structured ? "#" : "?";
     text += marked && (flank < 2 || Chance(50)) ? "B," : ",";

@@ -169,6 +169,7 @@ TEST(ReportBoxes, HoldTheirLinesToTheirRules) {
     EXPECT_GT(boxesOfTable[table], kTrials / 2) << "Table " << table << ", FLANKS_SEED=" << first;
   for (const int table : {9, 11, 13})
     EXPECT_GT(boxesOfTable[table], kTrials / 8) << "Table " << table << ", FLANKS_SEED=" << first;
+  EXPECT_GT(boxesOfTable[14], 0) << "FLANKS_SEED=" << first;
 }
 
 // The rule of a plot: it stands behind a margin.
