@@ -3,6 +3,7 @@
 // The first line of the input is a name, and a format and a place of a cell as well.  In the other
 // lines a tab ends a cell; a cell that begins with "#" is a number, one with "!" an error, and "@"
 // begins another sheet.  What is written must be split again into the cells that were put in.
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -17,6 +18,16 @@
 
 namespace flanks {
 namespace {
+
+constexpr double kFifteenDigits = 1e-14;
+
+// Blanks in a row are one.
+std::string OneBlank(std::string_view cell) {
+  std::string kept;
+  for (const char c : Trim(cell))
+    if (c != ' ' || kept.empty() || kept.back() != ' ') kept += c;
+  return kept;
+}
 
 void CheckName(std::string_view name) {
   const ImportName read = ReadImportName(name);
@@ -38,8 +49,9 @@ void CheckName(std::string_view name) {
     DateText(day, DateStart::year1900);
     const std::string number = ImportedNumber(day);
     if (!number.empty())
-      Require(std::strtod(number.c_str(), nullptr) == day || number == "0", "a number reads back",
-              number);
+      Require(number == "0" || std::fabs(std::strtod(number.c_str(), nullptr) - day) <=
+                                   std::fabs(day) * kFifteenDigits,
+              "a number reads back", number);
   }
 }
 
@@ -61,7 +73,7 @@ std::vector<std::string> AddCells(ImportText& text, std::string_view line) {
       continue;
     }
     text.AddText(column, cell);
-    cells.emplace_back(Trim(cell));
+    cells.push_back(OneBlank(cell));
   }
   while (!cells.empty() && cells.back().empty()) cells.pop_back();
   return cells;

@@ -19,7 +19,7 @@ namespace flanks {
 // What an imported line looks like; for telling a heading from data.
 struct HeadingRule {
   int elementColumns = 0;  // columns in front of the first response
-  std::string missing;     // `Missing=`, with a comma before and after each item
+  std::string codes;       // `Missing=` and what scales recode, a comma before and after each
 };
 
 struct ConversionRequest {

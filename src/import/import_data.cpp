@@ -29,7 +29,10 @@ HeadingRule HeadingRuleOf(const Analysis& analysis) {
   for (const DvalueEntry& entry : analysis.settings.Dvalues)
     if (entry.position >= 1 && entry.position <= analysis.design.DataFlankCount)
       --rule.elementColumns;
-  rule.missing = analysis.settings.Missing;
+  rule.codes = analysis.settings.Missing;
+  if (!rule.codes.ends_with(',')) rule.codes += ',';
+  for (const ScaleDefinition& scale : analysis.design.scales)
+    for (const RecodeItem& item : scale.recodes) rule.codes += item.text + ',';
   return rule;
 }
 
@@ -88,7 +91,7 @@ ConversionEnd Convert(Run& run, const ConversionRequest& request) {
       [&request](const ConversionWatch& inChild) { return ConvertFile(request, inChild); }, watch,
       [&run] { return run.console.YieldToWindow(); }, LimitsFor(request.name));
   run.console.TickEnd();
-  for (const std::string& line : told) run.console.ShowLine(line);
+  for (const std::string& line : told) run.console.WarnLine(line);
   return end;
 }
 

@@ -16,10 +16,13 @@ namespace {
 
 constexpr std::size_t kBufferBytes = std::size_t{1} << 18;
 constexpr std::int64_t kRowsBetweenTicks = 4096;
-constexpr double kLargestPlain = 1e15;  // written in digits, without an exponent
+constexpr double kLargestPlain = 1e21;  // written in digits, without an exponent
 constexpr double kSmallestPlain = 1e-5;
+constexpr int kDigits = 15;                // that spreadsheets and R show of a number
+constexpr std::size_t kRowsLookedAt = 10;  // below a heading
 constexpr char kIncludeMark = '%';
 constexpr char kCommentMark = ';';
+constexpr char kEndMark = '*';
 constexpr std::string_view kSheetMark = "; Sheet \"";  // no cell has a quote mark
 
 template <typename Number>
@@ -32,6 +35,17 @@ std::string ShortestText(Number value) {
   const auto result = std::to_chars(text, text + sizeof text, value,
                                     plain ? std::chars_format::fixed : std::chars_format::general);
   return {text, result.ptr};
+}
+
+// Without the noise of binary arithmetic: (1.1-1)*10 is 1.  Whole numbers stay as they are.
+double InFifteenDigits(double value) {
+  if (!std::isfinite(value) || std::trunc(value) == value) return value;
+  char text[64];
+  const auto end =
+      std::to_chars(text, text + sizeof text, value, std::chars_format::general, kDigits);
+  double shown = value;
+  std::from_chars(text, end.ptr, shown);
+  return shown;
 }
 
 // What separates fields of a data line, ends it, or is no character at all.
@@ -58,11 +72,15 @@ bool LooksLikeAnotherKind(char first) {
 }  // namespace
 
 std::string ImportedNumber(double value) {
-  return ShortestText(value);
+  return ShortestText(InFifteenDigits(value));
 }
 
 std::string ImportedNumber(float value) {
   return ShortestText(value);
+}
+
+bool ImportText::Row::isComment() const {
+  return line.front() == kCommentMark;
 }
 
 std::string ColumnLetters(int column) {
@@ -105,16 +123,17 @@ void ImportText::BeginSheet(std::string_view name) {
     WriteLine(std::string(kSheetMark) + shown + '"');
   }
   lastRow_ = 0;
-  heading_ = Heading::first;
+  widest_ = 0;
+  looking_ = true;
 }
 
 void ImportText::EndSheet() {
-  if (heading_ == Heading::second) WriteLine(firstLine_);
-  heading_ = Heading::settled;
+  if (looking_) SettleHeading();
 }
 
 void ImportText::BeginTable(const std::vector<std::string>& names) {
   isSheet_ = false;
+  widest_ = static_cast<int>(names.size());
   std::string line(1, kCommentMark);
   for (const std::string& name : names) {
     line += line.size() > 1 ? '\t' : ' ';
@@ -133,7 +152,7 @@ void ImportText::BeginRow(std::int64_t row) {
 void ImportText::StartCell(int column, CellKind kind) {
   line_.append(static_cast<std::size_t>(column - std::max(lastColumn_, 1)), '\t');
   lastColumn_ = column;
-  if (heading_ == Heading::settled) return;
+  if (!looking_) return;
   kinds_.resize(static_cast<std::size_t>(column), CellKind::empty);
   kinds_.back() = kind;
 }
@@ -148,6 +167,8 @@ void ImportText::AddText(int column, std::string_view text) {
   const bool first = lastColumn_ == 0 && column == 1;
   clean_ = text;
   std::replace_if(clean_.begin(), clean_.end(), IsSeparator, ' ');
+  const auto bothBlank = [](char a, char b) { return a == ' ' && b == ' '; };
+  clean_.erase(std::unique(clean_.begin(), clean_.end(), bothBlank), clean_.end());
   std::string_view shown = Trim(clean_);
   const bool comment = first && !shown.empty() && Trim(text).front() == kCommentMark;
   // Nothing in a cell may name a file to be read in its place.
@@ -155,61 +176,70 @@ void ImportText::AddText(int column, std::string_view text) {
   if (shown.empty()) return;
   if (comment) line_ += kCommentMark;
   CellKind kind = CellKind::word;
-  if (heading_ != Heading::settled) {
+  if (looking_) {
     if (ReadsAsNumber(shown))
       kind = CellKind::number;
-    else if (IsMissingCode(shown))
-      kind = CellKind::missing;
+    else if (IsCode(shown))
+      kind = CellKind::code;
   }
   StartCell(column, kind);
   line_ += shown;
 }
 
-bool ImportText::IsMissingCode(std::string_view text) const {
-  return rule_.missing.find("," + std::string(text) + ",") != std::string::npos;
+bool ImportText::IsCode(std::string_view text) const {
+  return rule_.codes.find("," + std::string(text) + ",") != std::string::npos;
 }
 
 void ImportText::EndRow() {
   if (broken() || line_.empty()) return;
   widest_ = std::max(widest_, lastColumn_);
-  // A cell alone on its line would be split at its blanks.
-  if (lastColumn_ == 1 && widest_ > 1 && line_.find(' ') != std::string::npos &&
-      line_.front() != kCommentMark)
-    line_ += '\t';
-  if (isSheet_) {
-    if (heading_ == Heading::second) SettleHeading();
-    for (; lastRow_ + 1 < row_; ++lastRow_) WriteLine("");
-    lastRow_ = row_;
-  }
-  if (heading_ == Heading::first && line_.front() != kCommentMark) {
-    firstLine_ = line_;
-    firstKinds_ = kinds_;
-    firstRow_ = row_;
-    heading_ = Heading::second;
+  Row row{row_, lastColumn_, line_, kinds_};
+  if (looking_) {
+    held_.push_back(std::move(row));
+    if (held_.size() > kRowsLookedAt) SettleHeading();
   } else {
-    WriteLine(line_);
+    WriteRow(row);
   }
   if (++rows_ % kRowsBetweenTicks == 0) watch_.rows(rows_);
 }
 
-void ImportText::SettleHeading() {
-  if (IsHeading()) {
-    watch_.tell("Row " + std::to_string(firstRow_) + " of sheet \"" + sheet_ +
-                "\" is taken as the heading and skipped: " + firstLine_);
-    firstLine_.insert(0, "; ");
-  }
-  heading_ = Heading::settled;
-  WriteLine(firstLine_);
+void ImportText::WriteRow(Row& row) {
+  for (; lastRow_ + 1 < row.number; ++lastRow_) WriteLine("");
+  lastRow_ = row.number;
+  // An empty cell is a response that is missing; a table of one column has lines in its cells.
+  const int width = widest_ > 1 ? std::max(widest_, rule_.elementColumns + 1) : 0;
+  if (width > row.columns && !row.isComment() && row.line.front() != kEndMark)
+    row.line.append(static_cast<std::size_t>(width - row.columns), '\t');
+  WriteLine(row.line);
 }
 
-bool ImportText::IsHeading() const {
+void ImportText::SettleHeading() {
+  looking_ = false;
+  for (auto row = held_.begin(); row != held_.end(); ++row) {
+    if (row->isComment()) continue;
+    if (IsHeading(row - held_.begin())) {
+      watch_.tell("Row " + std::to_string(row->number) + " of sheet \"" + sheet_ +
+                  "\" is taken as the heading and skipped: " + row->line);
+      row->line.insert(0, "; ");
+    }
+    break;
+  }
+  for (Row& row : held_) WriteRow(row);
+  held_.clear();
+}
+
+bool ImportText::IsHeading(std::ptrdiff_t first) const {
+  const auto heading = held_.begin() + first;
   const auto elements = static_cast<std::size_t>(std::max(rule_.elementColumns, 0));
   bool numberBelow = false;
-  for (std::size_t i = 0; i < firstKinds_.size(); ++i) {
-    if (firstKinds_[i] == CellKind::number) return false;
-    if (i < elements || firstKinds_[i] == CellKind::empty) continue;
-    if (firstKinds_[i] == CellKind::missing) return false;
-    numberBelow |= i < kinds_.size() && kinds_[i] == CellKind::number;
+  for (std::size_t i = 0; i < heading->kinds.size(); ++i) {
+    const CellKind kind = heading->kinds[i];
+    if (kind == CellKind::number) return false;
+    if (i < elements || kind == CellKind::empty) continue;
+    if (kind == CellKind::code) return false;
+    numberBelow |= std::any_of(heading + 1, held_.end(), [i](const Row& row) {
+      return !row.isComment() && i < row.kinds.size() && row.kinds[i] == CellKind::number;
+    });
   }
   return numberBelow;
 }

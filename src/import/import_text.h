@@ -1,14 +1,17 @@
 // The text that imported data become, in the form that the data pass reads:
 //
-//   one line for a row, a tab between cells, empty cells at the end of a row left out
-//   whole numbers without a point, others in the shortest form that reads back the same
-//   a comma, semicolon, quote mark, "=" or tab inside a text is a blank: it would split the cell
+//   one line for a row, a tab between cells, as many cells as the widest row so far has, and one
+//   behind the elements at least; a row without any is an empty line
+//   whole numbers without a point, others in the shortest form of 15 digits
+//   a comma, semicolon, quote mark, "=" or tab inside a text is a blank: it would split the cell;
+//   several blanks are one
 //   variable names are a first line that begins with ";"
 //   row n of the first sheet is line n; each further sheet begins with a line `; Sheet "NAME"`
 //
 // The first row of a sheet may be a heading.  It is when its cells behind the elements are words,
-// none of them a missing code, the row has no number, and the next row has a number below one of
-// those words.  It becomes a comment, and the user is told.
+// none of them a code of responses, the row has no number, and one of the rows below has a number
+// below one of those words: the first ten rows are looked at.  It becomes a comment, and the user
+// is told.
 //
 //   ImportText text(rule, watch, put);
 //   text.BeginSheet("Marks");
@@ -16,11 +19,12 @@
 //   text.EndSheet();
 //   if (const ConversionEnd end = text.Finish(); !end.done()) ...
 //
-// Memory is one row and a buffer.  Tested by tests/unit/import/import_text_test.cpp and
-// fuzz/import_text_fuzz.cpp.
+// Memory is the rows that are looked at and a buffer.  Tested by
+// tests/unit/import/import_text_test.cpp and fuzz/import_text_fuzz.cpp.
 #ifndef FLANKS_IMPORT_IMPORT_TEXT_H
 #define FLANKS_IMPORT_IMPORT_TEXT_H
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -31,7 +35,7 @@
 
 namespace flanks {
 
-// 3, 2.5, 0.1, 1e+20; empty for a value that is no number.
+// 3, 2.5, 0.1, 1e+21, in 15 digits but for whole numbers; empty for a value that is no number.
 std::string ImportedNumber(double value);
 std::string ImportedNumber(float value);  // shortest for 32 bits
 
@@ -77,14 +81,22 @@ class ImportText {
   ConversionEnd Finish();
 
  private:
-  enum class CellKind : std::uint8_t { empty, number, missing, word };
-  enum class Heading : std::uint8_t { first, second, settled };
+  enum class CellKind : std::uint8_t { empty, number, code, word };
+  struct Row {
+    std::int64_t number = 0;
+    int columns = 0;  // up to its last cell
+    std::string line;
+    std::vector<CellKind> kinds;  // while a heading is looked for
+
+    bool isComment() const;
+  };
 
   void AddPlain(int column, std::string_view text);
   void StartCell(int column, CellKind kind);
   void SettleHeading();
-  bool IsHeading() const;
-  bool IsMissingCode(std::string_view text) const;
+  bool IsHeading(std::ptrdiff_t first) const;
+  void WriteRow(Row& row);
+  bool IsCode(std::string_view text) const;
   std::string Place(std::int64_t row) const;
   void WriteLine(std::string_view line);
   void Flush();
@@ -99,14 +111,12 @@ class ImportText {
   std::string line_;
   std::vector<CellKind> kinds_;  // of the row, while a heading is looked for
   std::int64_t row_ = 0;         // at work
-  std::int64_t lastRow_ = 0;     // written or held back, of the sheet
+  std::int64_t lastRow_ = 0;     // written, of the sheet
   int lastColumn_ = 0;
-  int widest_ = 0;
+  int widest_ = 0;  // columns, of the rows so far
 
-  Heading heading_ = Heading::settled;
-  std::string firstLine_;
-  std::vector<CellKind> firstKinds_;
-  std::int64_t firstRow_ = 0;
+  bool looking_ = false;   // for a heading
+  std::vector<Row> held_;  // meanwhile
 
   std::string clean_;
   std::string buffer_;

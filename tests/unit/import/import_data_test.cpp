@@ -120,6 +120,14 @@ TEST(ImportedExamples, ByLabelsToo) {
                                              "Ann Lee,2,2,5\nZo\xC3\xAB,2,,3\nO Brien,2,1,0\n"));
 }
 
+TEST(ImportedExamples, WithScoresThatAreMissing) {
+  ExpectTheSameReport(kTwoFlanks,
+                      TableOf("1,1,3\n1,2,\n2,1,1\n2,2,2\n3,1,0\n3,2,3\n4,1,\n4,2,1\n"));
+  // One of three candidates absent, in each place; and all of them.
+  ExpectTheSameReport(kTwoFlanks,
+                      TableOf("1-3,1,3,2,\n1-3,2,1,,2\n1-3,3,,1,4\n1-3,4,2,1,3\n1-3,5,,,\n"));
+}
+
 TEST(ImportedExamples, OfStoredWorkbooks) {
   // tests/unit/import/painters.xls was made with LibreOffice from the example's data, one row a
   // line.
@@ -149,7 +157,20 @@ TEST(ImportData, TellsWhatItDoes) {
     at = found;
   }
   EXPECT_THAT(run.Report(), HasSubstr("Assigning models to Data= \"d.xlsx\""));
+  EXPECT_THAT(run.Report(), HasSubstr("Row 1 of sheet \"Marks\" is taken as the heading"));
   EXPECT_THAT(run.Report(), Not(HasSubstr("flanks-imported")));
+}
+
+TEST(ImportData, ACodeThatAScaleRecodesIsNoHeading) {
+  AnalysisRun run;
+  run.Write("d.xlsx",
+            XlsxBytes(BookOf("A", TableOf("Ann,x,F\nAnn,y,2\nBob,x,1\nBob,y,3\nAnn,x,2\n"))));
+  const std::string specification =
+      "Title=Codes\nFlanks=2\nDelements=1L,2L\nRating scale=G,R3\n0=failed,,,F\n1=passed\n*\n"
+      "Models=?,?,G\nLabels=\n1,P\n1=Ann\n2=Bob\n*\n2,I\n1=x\n2=y\n*\nData=d.xlsx\n";
+  ASSERT_EQ(run.Analyze(specification), 0) << run.Screen();
+  EXPECT_THAT(run.Screen(), Not(HasSubstr("heading")));
+  EXPECT_THAT(run.Report(), HasSubstr("Valid responses used for estimation = 5\n"));
 }
 
 TEST(ImportData, NamesTheKindOfFile) {

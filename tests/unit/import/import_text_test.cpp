@@ -65,7 +65,7 @@ TEST(ImportName, SheetsAreChosenByNameThenByNumber) {
 
 // ---- numbers and places
 
-TEST(ImportedNumber, IsTheShortestTextThatReadsBackTheSame) {
+TEST(ImportedNumber, IsTheShortestTextOfFifteenDigits) {
   EXPECT_EQ(ImportedNumber(3.0), "3");
   EXPECT_EQ(ImportedNumber(-3.0), "-3");
   EXPECT_EQ(ImportedNumber(-0.0), "0");
@@ -73,9 +73,16 @@ TEST(ImportedNumber, IsTheShortestTextThatReadsBackTheSame) {
   EXPECT_EQ(ImportedNumber(2147483647.0), "2147483647");
   EXPECT_EQ(ImportedNumber(0.1), "0.1");
   EXPECT_EQ(ImportedNumber(0.1f), "0.1");
-  EXPECT_EQ(ImportedNumber(0.1 + 0.2), "0.30000000000000004");
+  EXPECT_EQ(ImportedNumber(0.1 + 0.2), "0.3");
+  EXPECT_EQ(ImportedNumber((1.1 - 1) * 10), "1");
+  EXPECT_EQ(ImportedNumber(1.0 / 3), "0.333333333333333");
+  EXPECT_EQ(ImportedNumber(1234567.890625), "1234567.890625");
   EXPECT_EQ(ImportedNumber(0.0001), "0.0001");
-  EXPECT_EQ(ImportedNumber(1e20), "1e+20");
+  EXPECT_EQ(ImportedNumber(1e20), "100000000000000000000");
+  EXPECT_EQ(ImportedNumber(1e15), "1000000000000000");
+  EXPECT_EQ(ImportedNumber(-1234567890123456.0), "-1234567890123456");
+  EXPECT_EQ(ImportedNumber(9007199254740992.0), "9007199254740992");
+  EXPECT_EQ(ImportedNumber(1e21), "1e+21");
   EXPECT_EQ(ImportedNumber(1e-7), "1e-07");
   EXPECT_EQ(ImportedNumber(std::numeric_limits<double>::quiet_NaN()), "");
   EXPECT_EQ(ImportedNumber(std::numeric_limits<double>::infinity()), "");
@@ -209,11 +216,11 @@ void AddRow(ImportText& text, std::int64_t number, const TestRow& row) {
 }
 
 // Each sheet's rows one behind the other.
-Written Write(const Sheets& sheets, int elementColumns = 2, const std::string& missing = ",NA,") {
+Written Write(const Sheets& sheets, int elementColumns = 2, const std::string& codes = ",NA,") {
   Written written;
   ConversionWatch watch;
   watch.tell = [&](const std::string& line) { written.told.push_back(line); };
-  ImportText text({elementColumns, missing}, watch, [&](std::string_view piece) {
+  ImportText text({elementColumns, codes}, watch, [&](std::string_view piece) {
     written.text += piece;
     return true;
   });
@@ -230,25 +237,56 @@ Written Write(const Sheets& sheets, int elementColumns = 2, const std::string& m
 TEST(ImportText, ARowIsALineWithTabs) {
   const Written written =
       Write({{"A", {{1.0, 2.5, "Ann"}, {}, {{}, 3.0, {}, {}}, {"a, b;c=\"d'e\tf\ng", {}, 4.0}}}});
-  EXPECT_EQ(written.text, "1\t2.5\tAnn\n\n\t3\na  b c  d e f g\t\t4\n");
+  EXPECT_EQ(written.text, "1\t2.5\tAnn\n\n\t3\t\na b c d e f g\t\t4\n");
   EXPECT_TRUE(written.end.done());
+}
+
+TEST(ImportText, EmptyCellsAreKeptUpToTheWidestRow) {
+  // Up to the first response at least; from the widest of the first rows on, then of all so far.
+  EXPECT_EQ(Write({{"A", {{1.0, 1.0}, {2.0, 1.0}}}}).text, "1\t1\t\n2\t1\t\n");
+  EXPECT_EQ(Write({{"A", {{1.0, 1.0, 3.0}, {1.0, 2.0, {}}, {}, {1.0, 2.0, {}, 4.0}}}}).text,
+            "1\t1\t3\t\n1\t2\t\t\n\n1\t2\t\t4\n");
+  TestTable late(20, TestRow{1.0, 1.0, 3.0});
+  late[15].push_back(4.0);
+  const std::string text = Write({{"A", late}, {"B", {{1.0, 1.0}}}}).text;
+  EXPECT_THAT(text, ::testing::StartsWith("1\t1\t3\n1\t1\t3\n"));
+  EXPECT_THAT(text, ::testing::EndsWith("\n1\t1\t3\t4\n1\t1\t3\t\n1\t1\t3\t\n1\t1\t3\t\n1\t1\t3"
+                                        "\t\n; Sheet \"B\"\n1\t1\t\n"));
+  // No line of text in a single cell, no comment, no end.
+  EXPECT_EQ(Write({{"A", {{"1,2"}, {2.0}}}}).text, "1 2\n2\n");
+  EXPECT_EQ(Write({{"A", {{1.0, 2.0, 3.0}, {"; no"}, {"*"}}}}).text, "1\t2\t3\n;no\n*\n");
+}
+
+TEST(ImportText, RowsOfATableAreAsWideAsItsNames) {
+  std::string written;
+  const ConversionWatch watch;
+  ImportText text({1, ""}, watch, [&](std::string_view piece) {
+    written += piece;
+    return true;
+  });
+  text.BeginTable({"p", "a", "b"});
+  AddRow(text, 1, {1.0});
+  AddRow(text, 2, {});
+  AddRow(text, 3, {3.0, 2.0, 1.0});
+  EXPECT_TRUE(text.Finish().done());
+  EXPECT_EQ(written, "; p\ta\tb\n1\t\t\n\n3\t2\t1\n");
 }
 
 TEST(ImportText, WhatWouldBeMoreThanACellIsKeptFromIt) {
   // A file to be included, another kind of file, a lone text that would be split at its blank.
-  EXPECT_EQ(Write({{"A", {{"%other.txt", 1.0}}}}).text, "other.txt\t1\n");
-  EXPECT_EQ(Write({{"A", {{"{\\rtf", 1.0}}}}).text, " {\\rtf\t1\n");
-  EXPECT_EQ(Write({{"A", {{1.0, 1.0}, {"Ann Lee", {}}}}}).text, "1\t1\nAnn Lee\t\n");
-  EXPECT_EQ(Write({{"A", {{"1, 2, 3"}}}}).text, "1  2  3\n");  // a line in a cell
+  EXPECT_EQ(Write({{"A", {{"%other.txt", 1.0}}}}).text, "other.txt\t1\t\n");
+  EXPECT_EQ(Write({{"A", {{"{\\rtf", 1.0}}}}).text, " {\\rtf\t1\t\n");
+  EXPECT_EQ(Write({{"A", {{1.0, 1.0}, {"Ann Lee", {}}}}}).text, "1\t1\t\nAnn Lee\t\t\n");
+  EXPECT_EQ(Write({{"A", {{"1, 2, 3"}}}}).text, "1 2 3\n");  // a line in a cell
   EXPECT_EQ(Write({{"A", {{"; note, and more", "x"}, {1.0, 2.0}}}}).text,
-            ";note  and more\tx\n1\t2\n");
+            ";note and more\tx\n1\t2\t\n");
 }
 
 TEST(ImportText, AHeadingBecomesACommentAndIsTold) {
   const Written written =
       Write({{"Marks",
               {{}, {"Person", "Rater", "Q1", "Q2"}, {}, {1.0, 2.0, 3.0, 4.0}, {1.0, 1.0, 2.0}}}});
-  EXPECT_EQ(written.text, "\n; Person\tRater\tQ1\tQ2\n\n1\t2\t3\t4\n1\t1\t2\n");
+  EXPECT_EQ(written.text, "\n; Person\tRater\tQ1\tQ2\n\n1\t2\t3\t4\n1\t1\t2\t\n");
   EXPECT_THAT(written.told,
               ElementsAre("Row 2 of sheet \"Marks\" is taken as the heading and skipped: "
                           "Person\tRater\tQ1\tQ2"));
@@ -271,6 +309,21 @@ TEST(ImportText, DataAreNoHeading) {
   EXPECT_THAT(Write({{"A", {{"P", "R", "Q1"}, {"Ann", "Bob", "B"}}}}).told, IsEmpty())
       << "letters below";
   EXPECT_THAT(Write({{"A", {{"P", "R", "Q1"}}}}).told, IsEmpty()) << "nothing below";
+}
+
+TEST(ImportText, AHeadingIsSeenByAnyNumberOfTheTenRowsBelow) {
+  const TestRow heading = {"P", "R", "Q"};
+  for (const TestRow& below :
+       std::vector<TestRow>{{1.0, 2.0}, {1.0, 2.0, "NA"}, {1.0, 2.0, "none"}, {"; x"}}) {
+    TestTable table(10, below);
+    table.insert(table.begin(), heading);
+    EXPECT_THAT(Write({{"A", table}}).told, IsEmpty());
+    table[10] = {1.0, 2.0, 3.0};
+    EXPECT_EQ(Write({{"A", table}}).told.size(), 1u);
+    table[10] = table[1];
+    table.push_back({1.0, 2.0, 3.0});
+    EXPECT_THAT(Write({{"A", table}}).told, IsEmpty()) << "too far below";
+  }
 }
 
 TEST(ImportText, EachSheetMayHaveAHeadingAndFurtherOnesAreNamed) {

