@@ -1,6 +1,8 @@
 #include "output/simulate.h"
 
+#include <algorithm>
 #include <charconv>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -10,6 +12,7 @@
 #include "data/record_reader.h"
 #include "estimate/block_kernel.h"
 #include "estimate/observation.h"
+#include "output/dvalue_check.h"
 #include "output/file_mark.h"
 #include "output/random.h"
 #include "report/format/join_number.h"
@@ -20,6 +23,7 @@ namespace flanks {
 namespace {
 
 constexpr std::size_t kBytesOfAWrite = std::size_t{1} << 16;
+constexpr std::int64_t kLinesAbove = 4;  // comments in front of the data lines
 
 void AddWhole(std::string& text, std::int64_t number) {
   char digits[24];
@@ -47,6 +51,8 @@ class Identifiers {
     AddWhole(line, design_.elements.ElementNumber[slot]);
   }
 
+  LabelFinder& labels() { return labels_; }
+
  private:
   // The part of the label that data name, when that leads back to the element.
   std::string LabelOf(ElementSlot slot, FlankNo flank) {
@@ -64,21 +70,28 @@ bool IsMissingCode(const std::string& missing, std::string_view text) {
   return missing.find("," + std::string(text) + ",") != std::string::npos;
 }
 
+// What stands on a line for a category.
+struct ResponseText {
+  std::string text;
+  bool isRead = true;  // false: no text leads to the category, and this is its number
+};
+
 // A response that the data reader takes for category `raw` of a statement.
-std::string ResponseFor(const Design& design, const Settings& settings, ModelRow model, int raw) {
+ResponseText ResponseFor(const Design& design, const Settings& settings, ModelRow model, int raw) {
   const auto leadsThere = [&](const std::string& text) {
     if (IsMissingCode(settings.Missing, text)) return false;
     const ScoredResponse scored = ScoreResponse(design, model, text);
     return scored.fate == ResponseFate::valid && scored.category == raw;
   };
   const std::string plain = std::to_string(raw);
+  if (leadsThere(plain)) return {plain};
   const ScaleDefinitionRow definition = design.models.ModelScale[model];
-  if (leadsThere(plain) || !design.scales.has(definition)) return plain;
+  if (!design.scales.has(definition)) return {plain, false};
   for (const RecodeItem& item : design.scales[definition].recodes) {
     const std::string text(item.isRange ? item.text.substr(0, item.text.find('-', 1)) : item.text);
-    if (item.category == plain && leadsThere(text)) return text;
+    if (item.category == plain && leadsThere(text)) return {text};
   }
-  return plain;
+  return {plain, false};
 }
 
 class Simulation {
@@ -91,6 +104,8 @@ class Simulation {
         kernel_(run.analysis.scales.scales()),
         numbers_(seed),
         identifiers_(run.analysis.design, run.console),
+        rules_(SplitRulesOf(run.analysis.design, run.analysis.settings)),
+        responses_(run.analysis.design.ModelLast + 1),
         uniform_(kKernelBlock),
         drawn_(kKernelBlock),
         expected_(kKernelBlock),
@@ -102,13 +117,15 @@ class Simulation {
   void Write();
 
  private:
-  void MakeResponses();
   void MapPositions();
   void ReadRecords(const ObservationBlock& block);
   void DrawBlock(const ObservationBlock& block);
   void WriteLines(const ObservationBlock& block);
-  void AddLine(const ObservationBlock& block, std::size_t i);
-  const std::string& Response(std::size_t i) const;
+  void AddLine(std::size_t i);
+  void AddItems(std::size_t i);
+  const ResponseText& Response(std::size_t i, int raw);
+  bool GivesBackElements(std::string_view line, std::size_t i);
+  void TellLosses();
 
   const Analysis& analysis_;
   Console& console_;
@@ -118,8 +135,12 @@ class Simulation {
   KernelWork work_;  // of its own: later passes read what earlier ones left in the run's
   UniformNumbers numbers_;
   Identifiers identifiers_;
+  SplitRules rules_;
+  std::unique_ptr<DvalueCheck> check_;  // null without `Dvalues=`
+  // By statement and category, made when first wanted.
+  Column<ModelRow, std::vector<std::optional<ResponseText>>> responses_;
   std::vector<double> uniform_;      // by entry of a block
-  std::vector<std::int16_t> drawn_;  // likewise; -1: not used in the estimation
+  std::vector<std::int16_t> drawn_;  // likewise, raw categories; -1: not used in the estimation
   std::vector<float> expected_;      // by lane
   // The records as they were read, by entry.
   std::vector<float> replication_;
@@ -128,21 +149,20 @@ class Simulation {
   std::vector<std::vector<std::int32_t>> slots_;  // by field
   // By data position: the field with its element; -1 for none.
   std::vector<int> fieldOfPosition_;
-  // By structure and ordered category.
-  std::vector<std::vector<std::string>> responses_;
   std::string text_;
+  std::int64_t lines_ = 0;
+  std::int64_t misread_ = 0;  // lines that Dvalues= leads elsewhere
+  std::int64_t lost_ = 0;     // responses that are not read again
+  std::string firstLost_;
 };
 
-void Simulation::MakeResponses() {
-  const ScaleTables& scales = analysis_.scales;
-  for (const StructureRow row : Upward(analysis_.structures.structureModel)) {
-    const ScaleRow scale = analysis_.structures.structureScale[row];
-    std::vector<std::string>& responses = responses_.emplace_back();
-    for (int k = 0; k <= scales.ScaleTopCategory[scale]; ++k)
-      responses.push_back(ResponseFor(analysis_.design, analysis_.settings,
-                                      analysis_.structures.structureModel[row],
-                                      scales.rawCategory.at(scale, k)));
-  }
+const ResponseText& Simulation::Response(std::size_t i, int raw) {
+  const ModelRow model = analysis_.structures.structureModel[StructureRow(structure_[i])];
+  std::vector<std::optional<ResponseText>>& texts = responses_[model];
+  if (texts.empty()) texts.resize(kCategories);
+  std::optional<ResponseText>& text = texts[static_cast<std::size_t>(raw)];
+  if (!text) text = ResponseFor(analysis_.design, analysis_.settings, model, raw);
+  return *text;
 }
 
 void Simulation::MapPositions() {
@@ -158,8 +178,10 @@ void Simulation::MapPositions() {
 }
 
 void Simulation::Write() {
-  MakeResponses();
   MapPositions();
+  if (!rules_.dvalues.empty())
+    check_ = std::make_unique<DvalueCheck>(analysis_.design, analysis_.settings, rules_,
+                                           identifiers_.labels());
   kernel_.Begin(analysis_.scales, analysis_.estimates.ExponentLimit);
   reader_.Begin(Categories::wanted);
   ProgressBar bar(console_, analysis_.work.records);
@@ -172,6 +194,18 @@ void Simulation::Write() {
   }
   out_.Lines(text_);
   console_.stopping() ? bar.Break() : bar.End();
+  TellLosses();
+}
+
+void Simulation::TellLosses() {
+  const std::string ofAll = " of " + std::to_string(lines_);
+  if (misread_ > 0)
+    console_.ShowFlagged("Dvalues= gives " + std::to_string(misread_) + ofAll +
+                         " simulated lines other elements than the data had");
+  if (lost_ > 0)
+    console_.ShowFlagged(std::to_string(lost_) + ofAll +
+                         " simulated responses will not be read, the first \"" + firstLost_ +
+                         "\": see Missing= and the recodes of its scale");
 }
 
 // The block has only the elements that measure and the weights of the estimation.
@@ -199,34 +233,59 @@ void Simulation::DrawBlock(const ObservationBlock& block) {
     const float* first = oneByOne ? work_.CategoryProbability.data() : kernel_.probability(run, 0);
     for (std::size_t lane = 0; lane < run.count; ++lane) {
       const std::size_t i = kernel_.entry(run.first + lane);
-      const int top = analysis_.scales.ScaleTopCategory[ScaleRow(block.scale[i])];
-      drawn_[i] = static_cast<std::int16_t>(
-          DrawCategory(uniform_[i], first + lane, oneByOne ? 1 : kKernelStride, top));
+      // A Poisson scale goes on above its highest count, as far as the kernel does.
+      const bool poisson = scale.type == ScaleType::poisson;
+      const int most = analysis_.scales.scaleMaximum[run.scale];
+      const int top = poisson ? std::min(scale.filled, most) : scale.top;
+      const int k = DrawCategory(uniform_[i], first + lane, oneByOne ? 1 : kKernelStride, top);
+      drawn_[i] = poisson ? static_cast<std::int16_t>(k)
+                          : analysis_.scales.rawCategory.at(ScaleRow(block.scale[i]), k);
     }
   }
 }
 
 void Simulation::WriteLines(const ObservationBlock& block) {
   for (std::size_t i = 0; i < block.count; ++i)
-    if (drawn_[i] >= 0) AddLine(block, i);
+    if (drawn_[i] >= 0) AddLine(i);
   if (text_.size() < kBytesOfAWrite) return;
   out_.Lines(text_);
   text_.clear();
 }
 
-void Simulation::AddLine(const ObservationBlock& block, std::size_t i) {
-  if (replication_[i] != 1.0f)
-    text_ += analysis_.settings.Replication + FreeNumber(replication_[i]) + ",";
-  for (const int field : fieldOfPosition_) {
+void Simulation::AddLine(std::size_t i) {
+  ++lines_;
+  const std::size_t start = text_.size();
+  AddItems(i);
+  const std::string_view items = std::string_view(text_).substr(start);
+  float weight = 1.0f;
+  // A first item that looks like a replication is none behind another one.
+  if (replication_[i] != 1.0f ||
+      ReadReplication(items.substr(0, items.find(',')), rules_.Replication, weight))
+    text_.insert(start, analysis_.settings.Replication + FreeNumber(replication_[i]) + ",");
+  if (check_ != nullptr && !GivesBackElements(std::string_view(text_).substr(start), i)) ++misread_;
+  text_ += " ; " + Response(i, response_[i]).text + "\n";
+}
+
+// The elements that the line is to name, and the response.
+void Simulation::AddItems(std::size_t i) {
+  for (std::size_t p = 0; p < fieldOfPosition_.size(); ++p) {
+    if (rules_.dvalue(static_cast<int>(p) + 1) != nullptr) continue;
+    const int field = fieldOfPosition_[p];
     const std::int32_t slot = field < 0 ? 0 : slots_[static_cast<std::size_t>(field)][i];
     if (slot > 0) identifiers_.Add(text_, ElementSlot(slot));
     text_ += ',';
   }
-  text_ +=
-      responses_[static_cast<std::size_t>(block.structure[i])][static_cast<std::size_t>(drawn_[i])];
-  text_ += " ; ";
-  AddWhole(text_, response_[i]);
-  text_ += '\n';
+  const ResponseText& response = Response(i, drawn_[i]);
+  text_ += response.text;
+  if (!response.isRead && lost_++ == 0) firstLost_ = response.text;
+}
+
+bool Simulation::GivesBackElements(std::string_view line, std::size_t i) {
+  if (!check_->Read(line, kLinesAbove + lines_)) return false;
+  const auto& fields = analysis_.work.layout.fields;
+  for (std::size_t f = 0; f < fields.size(); ++f)
+    if (check_->SlotAt(fields[f].position) != std::max(slots_[f][i], 0)) return false;
+  return true;
 }
 
 }  // namespace
@@ -248,8 +307,6 @@ void WriteSimulatedLines(Run& run, const SimulationOptions& options, Destination
   out.Line("; matching: " + DataName(settings));
   if (!options.SimulateMatching) return;
   out.Line("; by " + ProgramAndDate());
-  if (!settings.Dvalues.empty())
-    out.Line("; leave out Dvalues= to read these data: every position is here");
   Simulation(run, options.seed.value_or(SeedOfClock()), out).Write();
 }
 

@@ -4,13 +4,13 @@
 //   ; Simulated data matching the empirical data structure
 //   ; the title
 //   ; matching: data.txt
-//   12,3,5,2 ; 3               elements 12, 3 and 5, the new response, and the one that was
-//   observed R2.5,12,4,5,1 ; 1          with the replication of the data line
+//   12,3,5,2 ; 3               elements 12, 3 and 5, the new response, and the observed one
+//   R2.5,12,4,5,1 ; 1          with the replication of the data line
 //
 // The lines are data lines, read with the Specification of the run: an element is named by its
 // number, or by its label in a Flank whose elements are read by labels first (`Delements=`), and a
-// response is one that the scale's recodes lead to the category that was drawn.  Every data
-// position is there, so `Dvalues=` must be left out, which a comment says.
+// response is one that the scale's recodes lead to its category.  Positions that `Dvalues=` fills
+// are left out.  What reads back as something else is told on the screen.
 //
 // Tested by tests/unit/output/simulate_test.cpp.
 #ifndef FLANKS_OUTPUT_SIMULATE_H

@@ -1,5 +1,6 @@
 #include "output/simulate.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <map>
@@ -15,6 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 std::vector<std::string> Lines(const std::string& text) {
@@ -107,11 +109,76 @@ TEST(SimulatedData, FullyCrossedIsThreeLinesOfComment) {
             "; Simulated fully-crossed complete data\n; Known\n; matching: d.txt\n");
 }
 
-TEST(SimulatedData, SaysThatDvaluesAreToBeLeftOut) {
+// The observations of each element, and how many there are.
+std::map<std::int32_t, float> ElementCounts(AnalysisRun& run) {
+  std::map<std::int32_t, float> counts;
+  for (const ElementSlot slot : Upward(run.analysis.estimates.scores))
+    counts[slot.number()] = run.analysis.estimates.scores[slot].FirstCount;
+  return counts;
+}
+
+std::string WithDvalues(const std::string& dvalues, int positions, const std::string& data) {
+  return "Flanks=" + std::to_string(positions) + "\nDvalues=" + dvalues +
+         "\n*\nModels=" + (positions == 4 ? "?,?,?,?,R3" : "?,?,?,R3") +
+         "\n*\nLabels=\n1,P\n1-2=1a,,1\n3-4=2b,,2\n*\n2,I\n1-2=i\n*\n3,S,D\n1-40=s\n*\n" +
+         (positions == 4 ? "4,T,D\n1-3=t\n*\n" : "") + data;
+}
+
+// Positions that Dvalues= fills are not on the line; what fills them gives the same elements again.
+TEST(SimulatedData, LeavesOutWhatDvaluesGive) {
+  std::string data;
+  for (int n = 0; n < 40; ++n)
+    data += std::to_string(1 + n % 4) + "," + std::to_string(1 + n / 4 % 2) + "," +
+            std::to_string((n * 7 + n / 5) % 4) + "\n";
+  for (const std::string dvalues : {"\n3,2", "\n3,1,1,1", "\n3,1,$G", "\n3,$C"}) {
+    AnalysisRun run;
+    Simulated(run, WithDvalues(dvalues, 3, "Data=\n" + data), {.seed = 5});
+    EXPECT_THAT(run.shell.Screen(), Not(HasSubstr("Dvalues= gives"))) << dvalues;
+    const std::map<std::int32_t, float> counts = ElementCounts(run);
+    run.Analyze(WithDvalues(dvalues, 3, "Data=simulated.txt\n"));
+    ASSERT_EQ(run.exitCode, 0) << run.Screen();
+    EXPECT_EQ(run.analysis.counts.ValidResponses.text(), "40");
+    EXPECT_EQ(ElementCounts(run), counts) << dvalues << run.folder.read("simulated.txt");
+  }
+}
+
+// Line numbers differ by the comments, and the range 1-3 gives every line to its first element.
+TEST(SimulatedData, TellsWhatDvaluesDoNotGiveBack) {
   AnalysisRun run;
-  EXPECT_THAT(Simulated(run, Certain("1,5,2\n2,6,1\n", "Dvalues=2,x\n4,12\n*\n"), {}),
-              HasSubstr("\n; leave out Dvalues= to read these data: every position is here\n"
-                        "1,,5,12,3 ; 2\n2,,6,12,0 ; 1\n"));
+  run.Write("d.txt", "1,1,2\n2,1,1\n3,1,0\n4,1,3\n1,2,1\n2,2,3\n3,2,2\n4,2,0\n");
+  Simulated(run, WithDvalues("\n3,$L", 3, "Data=d.txt\n"), {});
+  EXPECT_THAT(run.shell.Screen(), HasSubstr("Dvalues= gives 8 of 8 simulated lines other elements "
+                                            "than the data had"));
+  const std::string ranges = "Data=\n1,1,0,1,2\n2,1,1,2,3\n3,2,0,2,1\n4,2,3,1,1\n";
+  Simulated(run, WithDvalues("\n3,1,$G\n4,1-3", 4, ranges), {});
+  EXPECT_THAT(run.shell.Screen(), HasSubstr("Dvalues= gives 12 of 12 simulated lines"));
+}
+
+// Category 9 of the person who always has it, and nothing else leads there.
+TEST(SimulatedData, TellsOfResponsesThatAreNotReadAgain) {
+  AnalysisRun run;
+  const std::string specification =
+      "Flanks=2\nMissing=9\nModels=?,?,S\n*\nRating "
+      "scale=S,B9\n0=,1,A\n*\nLabels=\n1,P,A\n1=high,60\n2=low,-60\n*\n"
+      "2,I,A\n1=i,0\n*\nData=\n1,1,8\n2,1,1\n1,1,7\n";
+  EXPECT_THAT(Simulated(run, specification, {}), HasSubstr("\n1,1,9 ; 8\n2,1,0 ; 1\n1,1,9 ; 7\n"));
+  EXPECT_THAT(
+      run.shell.Screen(),
+      HasSubstr("2 of 3 simulated responses will not be read, the first \"9\": see Missing= "
+                "and the recodes of its scale"));
+}
+
+// "R1,5" would be response 5 at weight 1.
+TEST(SimulatedData, KeepsALabelThatLooksLikeAReplication) {
+  AnalysisRun run;
+  const std::string specification = "Flanks=2\nDelements=1L\nModels=?,?,Marks\n*\n" +
+                                    std::string(kScale) +
+                                    "Labels=\n1,P,A\n1=R1,60\n2=Q1,-60\n*\n2,I,A\n5=i,0\n*\n";
+  const std::string text =
+      Simulated(run, specification + "Data=\nR1,R1,5,2\nQ1,5,1\nR2,R1,5,1\n", {});
+  EXPECT_THAT(text, HasSubstr("\nR1,R1,5,3 ; 2\nQ1,5,0 ; 1\nR2,R1,5,3 ; 1\n"));
+  run.Analyze(specification + "Data=simulated.txt\n");
+  EXPECT_EQ(run.analysis.counts.ValidResponses.text(), "3") << run.Screen();
 }
 
 // Recodes of the scale, its gaps and the codes of missing data: what is written is read back as the
@@ -124,12 +191,12 @@ TEST(SimulatedData, WritesResponsesThatTheRecodesLeadBack) {
       "Labels=\n1,P,A\n1=low,-60\n2=high,60\n*\n2,I,A\n1=i,0\n*\nData=\n1,1,3\n2,1,2\n2,1,7\n1,1,"
       "1\n";
   EXPECT_THAT(Simulated(run, specification, {}),
-              HasSubstr("\n1,1,0 ; 1\n2,1,7 ; 1\n2,1,7 ; 5\n1,1,0 ; 0\n"));
+              HasSubstr("\n1,1,0 ; 2\n2,1,7 ; 2\n2,1,7 ; 7\n1,1,0 ; 0\n"));
   const std::string middle =
       "Flanks=2\nModels=?,?,S\n*\nRating scale=S,R2\n0=,0,A,1\n1=,-50,A,2-3\n"
       "2=,50,A\n*\nLabels=\n1,P,A\n1=p,0\n*\n2,I,A\n1=i,0\n*\n"
       "Data=\n1,1,3\n1,1,1\n1,1,2\n";
-  EXPECT_THAT(Simulated(run, middle, {}), HasSubstr("\n1,1,2 ; 1\n1,1,2 ; 0\n1,1,2 ; 1\n"));
+  EXPECT_THAT(Simulated(run, middle, {}), HasSubstr("\n1,1,2 ; 2\n1,1,2 ; 0\n1,1,2 ; 2\n"));
 }
 
 TEST(SimulatedData, NamesElementsAsTheDataDo) {
@@ -216,6 +283,37 @@ TEST(SimulatedData, OfCountsAndTrialsStaysInTheScale) {
     EXPECT_EQ(run.exitCode, 0) << run.Screen();
     EXPECT_EQ(run.analysis.counts.ValidResponses.text(), "100") << type;
   }
+}
+
+// Counts at a rate of 4 where the largest observed is 5: the scale has counts to 10, twice that.
+// The mean and variance of 4^k / k! over 0 to 10 are 3.97877 and 3.85094 (Python); over 0 to 5 the
+// mean would be 3.20.
+TEST(SimulatedData, OfCountsGoesBeyondTheLargestObserved) {
+  AnalysisRun run;
+  std::string data;
+  for (int n = 0; n < 4000; ++n) data += "1,1," + std::to_string(3 + n % 3) + "\n";
+  const std::string text =
+      Simulated(run,
+                "Flanks=2\nModels=?,?,S\n*\nRating scale=S,P\n0=,1,A\n*\nLabels=\n1,P,A\n"
+                "1=p,1.386294\n*\n2,I,A\n1=i,0\n*\nData=\n" +
+                    data,
+                {.seed = 11});
+  double sum = 0.0, squares = 0.0;
+  int largest = 0, lines = 0;
+  for (const std::string& line : Lines(text)) {
+    if (!line.starts_with("1,1,")) continue;
+    const int count = std::stoi(line.substr(4));
+    largest = std::max(largest, count);
+    sum += count;
+    squares += count * count;
+    ++lines;
+  }
+  ASSERT_EQ(lines, 4000);
+  const double mean = sum / lines;
+  // Four standard errors.
+  EXPECT_NEAR(mean, 3.97877, .124);
+  EXPECT_NEAR(squares / lines - mean * mean, 3.85094, .335);
+  EXPECT_EQ(largest, 10);
 }
 
 TEST(SimulatedData, StaysAsFarAsWrittenWhenTheRunIsBrokenOff) {

@@ -1,0 +1,42 @@
+#include "output/dvalue_check.h"
+
+#include <algorithm>
+
+namespace flanks {
+
+SplitRules SplitRulesOf(const Design& design, const Settings& settings) {
+  SplitRules rules;
+  rules.DataFlankCount = design.DataFlankCount;
+  rules.Replication = settings.Replication;
+  if (settings.Dvalues.empty()) return rules;
+  rules.dvalues.assign(static_cast<std::size_t>(design.DataFlankCount), nullptr);
+  for (const DvalueEntry& entry : settings.Dvalues)
+    if (entry.position >= 1 && entry.position <= design.DataFlankCount)
+      rules.dvalues[static_cast<std::size_t>(entry.position - 1)] = &entry;
+  return rules;
+}
+
+DvalueCheck::DvalueCheck(const Design& design, const Settings& settings, const SplitRules& rules,
+                         LabelFinder& labels)
+    : rules_(rules),
+      finder_(design.flanks, design.elements),
+      resolver_(design, settings.NullElement, rules_, finder_, labels, counts_) {
+  counts_.flankLookedUp.assign(design.FlankCount, 0);
+  elements_.PositionElement.assign(design.ModelFlankCount, kNoElementNumber);
+  elements_.PositionStatus.assign(design.ModelFlankCount, kStatusNullElement);
+  elements_.active.assign(design.ModelFlankCount, 1);
+}
+
+bool DvalueCheck::Read(std::string_view line, std::int64_t lineNumber) {
+  counts_.DataLines.increment();
+  return SplitDataLine(line, rules_, line_) == Fault::none &&
+         line_.FieldCount() > rules_.DataFlankCount &&
+         resolver_.ResolveElements(line_, lineNumber, elements_).fault == Fault::none &&
+         !elements_.hasRange();
+}
+
+std::int32_t DvalueCheck::SlotAt(Position position) const {
+  return std::max(elements_.PositionStatus[position], 0);
+}
+
+}  // namespace flanks
