@@ -19,7 +19,7 @@ constexpr std::int64_t kRowsBetweenTicks = 4096;
 constexpr double kLargestPlain = 1e21;  // written in digits, without an exponent
 constexpr double kSmallestPlain = 1e-5;
 constexpr int kDigits = 15;                // that spreadsheets and R show of a number
-constexpr std::size_t kRowsLookedAt = 10;  // below a heading
+constexpr std::size_t kRowsLookedAt = 50;  // below a heading
 constexpr char kIncludeMark = '%';
 constexpr char kCommentMark = ';';
 constexpr char kEndMark = '*';
@@ -129,6 +129,12 @@ void ImportText::BeginSheet(std::string_view name) {
 
 void ImportText::EndSheet() {
   if (looking_) SettleHeading();
+}
+
+void ImportText::TellSheets(std::size_t sheets) {
+  if (sheets_ != 1 || sheets < 2) return;
+  watch_.tell("Sheet \"" + sheet_ + "\" is read.  The file has " + std::to_string(sheets - 1) +
+              " more.");
 }
 
 void ImportText::BeginTable(const std::vector<std::string>& names) {

@@ -10,7 +10,7 @@
 //
 // The first row of a sheet may be a heading.  It is when its cells behind the elements are words,
 // none of them a code of responses, the row has no number, and one of the rows below has a number
-// below one of those words: the first ten rows are looked at.  It becomes a comment, and the user
+// below one of those words: the first fifty are looked at.  It becomes a comment, and the user
 // is told.
 //
 //   ImportText text(rule, watch, put);
@@ -61,6 +61,8 @@ class ImportText {
   // A sheet; its rows come in ascending order, with gaps where they are empty.
   void BeginSheet(std::string_view name);
   void EndSheet();
+  // Behind BeginSheet of the only sheet that is read: tells that the file has several.
+  void TellSheets(std::size_t sheets);
   // A table with variable names in place of a sheet.
   void BeginTable(const std::vector<std::string>& names);
 

@@ -45,6 +45,7 @@ class XlsFile {
   std::string Open(const ImportName& name);
   std::string ReadSheet(std::size_t sheet, ImportText& text);
 
+  std::size_t sheets() const { return names_.size(); }
   const std::vector<std::size_t>& chosen() const { return chosen_; }
   const std::string& sheetName(std::size_t sheet) const { return names_[sheet]; }
 
@@ -175,6 +176,7 @@ ConversionEnd ConvertXls(const ImportName& name, ImportText& text) {
   if (std::string reason = file.Open(name); !reason.empty()) return ConversionFailed(reason);
   for (const std::size_t sheet : file.chosen()) {
     text.BeginSheet(file.sheetName(sheet));
+    if (name.sheets.empty()) text.TellSheets(file.sheets());
     if (const std::string reason = file.ReadSheet(sheet, text); !reason.empty())
       return ConversionFailed("sheet \"" + file.sheetName(sheet) + "\": " + reason);
     text.EndSheet();

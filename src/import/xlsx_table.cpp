@@ -132,6 +132,7 @@ class XlsxFile {
   std::string ReadTables();
   std::string ReadSheet(std::size_t sheet, ImportText& text);
 
+  std::size_t sheets() const { return workbook_.names.size(); }
   const std::vector<std::size_t>& chosen() const { return chosen_; }
   const std::string& sheetName(std::size_t sheet) const { return workbook_.names[sheet]; }
 
@@ -229,6 +230,7 @@ ConversionEnd ConvertXlsx(const ImportName& name, ImportText& text) {
   if (std::string reason = file.ReadTables(); !reason.empty()) return ConversionFailed(reason);
   for (const std::size_t sheet : file.chosen()) {
     text.BeginSheet(file.sheetName(sheet));
+    if (name.sheets.empty()) text.TellSheets(file.sheets());
     if (const std::string reason = file.ReadSheet(sheet, text); !reason.empty())
       return ConversionFailed("sheet \"" + file.sheetName(sheet) + "\": " + reason);
     text.EndSheet();

@@ -213,7 +213,9 @@ TEST(ImportData, SheetsAreChosenInParentheses) {
   EXPECT_THAT(run.Report(), HasSubstr("Assigning models to Data= \"my data.xlsx(First half,3)\""));
   ASSERT_EQ(run.Analyze(SpecificationFor("\"my data.xlsx(first HALF)\"")), 0) << run.Screen();
   EXPECT_THAT(run.Report(), HasSubstr("Valid responses used for estimation = 5\n"));
+  EXPECT_THAT(run.Screen(), Not(HasSubstr(" is read.  The file has")));
   ASSERT_EQ(run.Analyze(SpecificationFor("my data.xlsx")), 0) << "the first that is not hidden";
+  EXPECT_THAT(run.Report(), HasSubstr("Sheet \"First half\" is read.  The file has 2 more.\n"));
   EXPECT_THAT(run.Report(), HasSubstr("Valid responses used for estimation = 5\n"));
   EXPECT_EQ(run.Analyze(SpecificationFor("my data.xlsx(Third)")), 1);
   EXPECT_THAT(run.Screen(), HasSubstr("Conversion failed: my data.xlsx(Third): there is no sheet "
