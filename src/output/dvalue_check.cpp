@@ -29,10 +29,13 @@ DvalueCheck::DvalueCheck(const Design& design, const Settings& settings, const S
 
 bool DvalueCheck::Read(std::string_view line, std::int64_t lineNumber) {
   counts_.DataLines.increment();
-  return SplitDataLine(line, rules_, line_) == Fault::none &&
-         line_.FieldCount() > rules_.DataFlankCount &&
-         resolver_.ResolveElements(line_, lineNumber, elements_).fault == Fault::none &&
-         !elements_.hasRange();
+  if (SplitDataLine(line, rules_, line_) != Fault::none ||
+      line_.FieldCount() <= rules_.DataFlankCount ||
+      resolver_.ResolveElements(line_, lineNumber, elements_).fault != Fault::none)
+    return false;
+  // The one response of the line belongs to the first element of a range.
+  if (elements_.hasRange()) resolver_.TakeRangeElement(0, line_, elements_);
+  return true;
 }
 
 std::int32_t DvalueCheck::SlotAt(Position position) const {
