@@ -140,11 +140,11 @@ std::string_view IsExcelName(std::string_view name) {
 }
 
 bool LaunchExcel(Run& run, const std::string& textName, const std::string& targetName,
-                 ExcelSource source) {
+                 const ExcelOptions& wanted) {
   const std::string name = WorkbookName(run.console, targetName);
   run.console.ShowLine("Launching Excel ....");
   XlsxOptions options;
-  options.hasHeading = run.analysis.settings.IncludeHeadings;
+  options.hasHeading = wanted.hasHeading;
   options.sheetName = std::filesystem::path(name).stem().string();
   XlsxEnd made;
   const WriteEnd end = WriteReplaced(run, "LaunchExcel", name, [&](ReplacedFile& file) {
@@ -158,7 +158,7 @@ bool LaunchExcel(Run& run, const std::string& textName, const std::string& targe
     run.console.ShowLine("\"" + name + "\" has " + std::to_string(made.sheets) +
                          " sheets: a sheet takes " + std::to_string(kSheetRows) + " rows.");
   run.console.ShowLine("Ready ....");
-  if (source != ExcelSource::run) OpenWithProgram(run, name);
+  if (wanted.source != ExcelSource::run) OpenWithProgram(run, name);
   return true;
 }
 

@@ -36,11 +36,15 @@ std::string_view IsExcelName(std::string_view name);
 // Who asks for the workbook: the Specification, a dialog, or a dialog that keeps no file.
 enum class ExcelSource : std::uint8_t { run, dialog, temporary };
 
-// Makes the workbook `targetName` of the text, whose first line is a heading when the settings
-// include headings.  A name in .xls becomes one in .xlsx, which is told.  A dialog's workbook is
-// opened by its registered program.  True when the workbook stands.
+struct ExcelOptions {
+  ExcelSource source = ExcelSource::run;
+  bool hasHeading = true;  // the first line of the text is one
+};
+
+// Makes the workbook `targetName` of the text.  A name in .xls becomes one in .xlsx, which is told.
+// A dialog's workbook is opened by its registered program.  True when the workbook stands.
 bool LaunchExcel(Run& run, const std::string& textName, const std::string& targetName,
-                 ExcelSource source);
+                 const ExcelOptions& wanted);
 
 // Makes a workbook of line charts.  A name in .xls becomes one in .xlsx, which is told.
 bool WriteChartWorkbook(Run& run, const std::string& name, const std::vector<ChartSheet>& sheets);

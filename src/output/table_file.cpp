@@ -40,7 +40,7 @@ bool HandOn(Run& run, const std::string& name, const TableFile& table, OutputFor
   if (!WriteTempText(run, table, form, text)) return false;
   switch (form) {
     case OutputForm::excel:
-      return LaunchExcel(run, text.name(), name, options.source);
+      return LaunchExcel(run, text.name(), name, {options.source, options.IncludeHeadings});
     case OutputForm::spss:
       return LaunchSpss(run, table.spssKind, text.name(), name);
     default:

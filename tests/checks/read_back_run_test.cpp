@@ -170,8 +170,13 @@ TEST(ReadBackRun, WorkbooksInLibreOffice) {
   const RunOf run;
   const Texts texts(run);
   run.Analyze({"Scorefile=s.xlsx", "Residualfile=r.XLSX", "Graphfile=g.xlsx"});
-  const auto sheets = SheetsInLibreOffice(run.folder, {"s.1.xlsx", "s.2.xlsx", "r.XLSX", "g.xlsx"});
-  ASSERT_EQ(sheets.size(), 4u);
+  run.Analyze({"HL=No", "Residualfile=bare.xlsx"});
+  const auto sheets =
+      SheetsInLibreOffice(run.folder, {"s.1.xlsx", "s.2.xlsx", "r.XLSX", "g.xlsx", "bare.xlsx"});
+  ASSERT_EQ(sheets.size(), 5u);
+  ExpectSameCells(sheets.at("bare-bare"), 0, texts.residuals, 1, "residuals without headings");
+  EXPECT_EQ(run.folder.read("r-r.csv")[0], '"') << "a heading is text";
+  EXPECT_NE(run.folder.read("bare-bare.csv")[0], '"') << "a first row of numbers is none";
   ExpectSameCells(sheets.at("s.1-s.1"), 0, texts.persons, 0, "persons");
   ExpectSameCells(sheets.at("s.2-s.2"), 0, texts.items, 0, "items");
   ExpectSameCells(sheets.at("r-r"), 0, texts.residuals, 0, "residuals");

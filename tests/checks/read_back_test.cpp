@@ -185,6 +185,8 @@ TEST(ReadBack, AWorkbookHasEveryCellInLibreOffice) {
       folder, {"cells.xlsx", "wide.xlsx", "empty.xlsx", "bare.xlsx", "split.xlsx", "charts.xlsx"});
   ASSERT_EQ(sheets.size(), 9u);
   ExpectSameCells(sheets.at("cells-S_1"), EveryKindOfCell(), "cells");
+  EXPECT_THAT(folder.read("cells-S_1.csv"), HasSubstr("\n-1.50,0,2,,\"Persons\"\n"))
+      << "numbers are numbers, without quotes";
   ExpectSameCells(sheets.at("wide-Data"), ManyColumns(), "wide");
   ExpectSameCells(sheets.at("empty-Data"), OnlyAHeading(), "empty");
   ExpectSameCells(sheets.at("bare-Data"), bare, "bare");

@@ -71,10 +71,10 @@ TableCells ReadCommaSeparated(std::string_view text) {
 
 std::map<std::string, TableCells> SheetsInLibreOffice(const ScratchFolder& folder,
                                                       const std::vector<std::string>& names) {
-  // Comma, double quote, UTF-8, from line 1; cells as shown; all sheets.
+  // Comma, double quote, UTF-8, from line 1; quotes around texts; cells as shown; all sheets.
   std::vector<std::string> arguments = {
       "-env:UserInstallation=file://" + folder.file("profile"), "--headless", "--convert-to",
-      "csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true,true,false,false,-1"};
+      "csv:Text - txt - csv (StarCalc):44,34,76,1,,0,true,true,true,false,false,-1"};
   arguments.insert(arguments.end(), names.begin(), names.end());
   Run(folder, "soffice", arguments);
   std::map<std::string, TableCells> sheets;

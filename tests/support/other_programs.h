@@ -22,7 +22,8 @@ bool HasProgram(const std::string& name);
 TableCells ReadCommaSeparated(std::string_view text);
 
 // Every sheet of the workbooks (names in the folder, "a.xlsx"), by "a-SHEET", in LibreOffice.
-// Cells are as a user sees them.
+// Cells are as a user sees them.  The files "a-SHEET.csv" stay: in them texts have quotes around
+// them, and numbers none.
 std::map<std::string, TableCells> SheetsInLibreOffice(const ScratchFolder& folder,
                                                       const std::vector<std::string>& names);
 

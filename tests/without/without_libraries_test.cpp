@@ -24,7 +24,7 @@ TEST(WithoutLibraries, TellsEachFormThatIsMissing) {
   flanks::Run run{process, analysis, console, dialogs, launcher};
   const std::string text = folder.write("a.txt", "Measure\n1\n");
   const std::string workbook = folder.write("a.xlsx", "former");
-  EXPECT_FALSE(LaunchExcel(run, text, workbook, ExcelSource::run));
+  EXPECT_FALSE(LaunchExcel(run, text, workbook, {}));
   EXPECT_FALSE(WriteChartWorkbook(run, workbook, {}));
   EXPECT_FALSE(LaunchSpss(run, "Score", text, folder.file("a.sav")));
   EXPECT_FALSE(RunRStatistics(run, text, folder.file("a.rda"), "SCFILE.1", false));

@@ -154,7 +154,7 @@ struct Bench {
       "spss.txt", "1\nMeasure\tE-Label\nLogit Measure\tElement Label\n-4\t3\n0.05\tAnn\n");
 
   bool Excel(const std::string& name, ExcelSource source = ExcelSource::run) {
-    return LaunchExcel(run, text, folder.file(name), source);
+    return LaunchExcel(run, text, folder.file(name), {source});
   }
   bool Spss(const std::string& name) {
     return LaunchSpss(run, "Score", spssText, folder.file(name));
