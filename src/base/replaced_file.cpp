@@ -120,8 +120,8 @@ void ReplacedFile::Commit() {
 std::string ReplacedFile::KeepPart() {
   Flush();
   Close();
-  const std::string kept = part_ == name_ || !IsThere(target_) ? name_ : name_ + ".part";
-  if (part_ != name_) RenameTo(kept == name_ ? target_ : kept);
+  const std::string kept = part_ == name_ ? name_ : name_ + ".part";
+  if (part_ != name_) RenameTo(kept);
   part_.clear();
   return kept;
 }

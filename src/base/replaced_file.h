@@ -42,8 +42,8 @@ class ReplacedFile {
     buffer_.append(bytes);
   }
   void Commit();
-  // Ends a file that is broken off but worth keeping: under the final name when nothing stands
-  // there, else in "NAME.part".  Gives the name.
+  // Ends a file that is broken off but worth keeping, in "NAME.part": nobody shall take it for the
+  // whole.  Gives the name.
   std::string KeepPart();
   // Removes what was written.
   void Discard() noexcept;

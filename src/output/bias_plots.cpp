@@ -298,7 +298,7 @@ void WriteBiasPlots(Run& run, const BiasResults& results, bool& warned) {
     const std::string name = BiasPlotName(run.analysis, results.interaction, target);
     const std::string reason = ReasonToKeep(run.analysis.settings, name);
     if (!reason.empty()) {
-      TellOpenFailure(run.console, name, reason);
+      TellOpenFailure(run, name, reason);
     } else if (WriteChartWorkbook(run, name, plots.sheets)) {
       run.console.ShowLine("Bias/Interaction plots: " + name);
     }

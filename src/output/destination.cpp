@@ -21,19 +21,24 @@ void Destination::Lines(std::string_view text) {
   }
 }
 
-void TellOpenFailure(Console& console, const std::string& name, const std::string& reason) {
-  console.WarnLine("Failure opening output file: \"" + name + "\" (" + reason + ")");
+void TellOpenFailure(Run& run, const std::string& name, const std::string& reason) {
+  run.process.control.ExitCode = kExitFault;
+  run.console.WarnLine("Failure opening output file: \"" + name + "\" (" + reason + ")");
 }
 
-void TellWriteFailure(Console& console, const char* routine, const std::string& reason) {
-  console.WarnLine(std::string(routine) + " failed: " + reason + ".");
+void TellWriteFailure(Run& run, const char* routine, const std::string& name,
+                      const std::string& reason) {
+  run.process.control.ExitCode = kExitFault;
+  const bool isNamed = reason.find(name) != std::string::npos;
+  run.console.WarnLine(std::string(routine) + " failed: " +
+                       (isNamed ? "" : "\"" + name + "\" is not written. ") + reason + ".");
 }
 
 bool WriteOutputFile(Run& run, const char* routine, const std::string& name,
                      const WriteLines& write) {
   ReplacedFile file;
   if (const std::error_code code = file.Open(name)) {
-    TellOpenFailure(run.console, name, code.message());
+    TellOpenFailure(run, name, code.message());
     return false;
   }
   try {
@@ -46,7 +51,7 @@ bool WriteOutputFile(Run& run, const char* routine, const std::string& name,
     const std::string kept = file.KeepPart();
     run.console.ShowFlagged("What was written so far stands in \"" + kept + "\".");
   } catch (const std::exception& failure) {
-    TellWriteFailure(run.console, routine, failure.what());
+    TellWriteFailure(run, routine, name, failure.what());
   }
   return false;
 }

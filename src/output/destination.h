@@ -37,14 +37,16 @@ using WriteLines = std::function<void(Destination&)>;
 
 // Writes the file `name` by `write`.  False when it could not be opened ("Failure opening output
 // file: " with the name and the reason) or not be written (with the routine's name and the reason);
-// nothing changes on disk then.  When the user breaks the run off, what was written stays: under
-// its name when nothing stands there, else beside it, which is told.
+// nothing changes on disk then.  When the user breaks the run off, what was written stays
+// beside it, in "NAME.part", which is told.
 bool WriteOutputFile(Run& run, const char* routine, const std::string& name,
                      const WriteLines& write);
 
-// The two words of failure; the run goes on.
-void TellOpenFailure(Console& console, const std::string& name, const std::string& reason);
-void TellWriteFailure(Console& console, const char* routine, const std::string& reason);
+// The two words of failure; the run goes on, and its exit status will be 1.  A reason that speaks
+// of another file, such as a temporary one, follows the name.
+void TellOpenFailure(Run& run, const std::string& name, const std::string& reason);
+void TellWriteFailure(Run& run, const char* routine, const std::string& name,
+                      const std::string& reason);
 
 }  // namespace flanks
 

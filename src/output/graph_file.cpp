@@ -151,7 +151,8 @@ GraphAxis GraphAxisOf(double low, double high, double uscale) {
   GraphAxis axis;
   axis.low = size * (low - kBeyond);
   axis.step = NiceStep(width / kStepsAcross);
-  axis.points = std::min(static_cast<int>(std::floor(width / axis.step * kAlike)) + 1, kMostPoints);
+  // The last is at the upper end or beyond.
+  axis.points = std::min(static_cast<int>(std::ceil(width / axis.step / kAlike)) + 1, kMostPoints);
   // One more than the step has: the axis begins anywhere.
   axis.decimals = 1 + std::max(0, -static_cast<int>(std::floor(std::log10(axis.step * kAlike))));
   return axis;
@@ -198,7 +199,7 @@ bool WriteGraphFileNamed(Run& run, const std::string& name, const TableOptions& 
   table.routine = "WriteGraphFile";
   table.prefix = "Graphfile";
   table.caption = "Graph output file";
-  table.objectName = "GRFILE";
+  table.rTable.objectName = "GRFILE";
   table.write = [&run, &options](OutputForm form, Destination& out) {
     if (form == OutputForm::webpage) return WriteGraphWebpage(run, options, out);
     WriteGraphTable(run, form, options, out);

@@ -18,6 +18,7 @@
 #include "output/tab_text.h"
 #include "output/xlsx_charts.h"
 #include "output/xlsx_writer.h"
+#include "spec/file_names.h"
 
 namespace flanks {
 namespace {
@@ -32,7 +33,9 @@ FileStamp StampOf(const Run& run) {
 }
 
 // Kept: the words name the helper programs of another system (docs/quirks.md).
-void TellMissing(Console& console, const std::string& module, const std::string& form) {
+void TellMissing(Run& run, const std::string& module, const std::string& form) {
+  Console& console = run.console;
+  run.process.control.ExitCode = kExitFault;
   console.WarnLine("F63 Module " + module + " not found. Flanks is not installed correctly.");
   console.ShowFlagged("This build of Flanks cannot write " + form +
                       " files: it was made without their library.");
@@ -51,7 +54,7 @@ WriteEnd WriteReplaced(Run& run, const char* routine, const std::string& name,
                        const std::function<WriteEnd(ReplacedFile&)>& write) {
   ReplacedFile file;
   if (const std::error_code code = file.Open(name)) {
-    TellOpenFailure(run.console, name, code.message());
+    TellOpenFailure(run, name, code.message());
     return WriteEnd::failed;
   }
   try {
@@ -60,16 +63,14 @@ WriteEnd WriteReplaced(Run& run, const char* routine, const std::string& name,
     if (end == WriteEnd::stopped) run.console.ShowFlagged("\"" + name + "\" was not written.");
     return end;
   } catch (const std::exception& failure) {
-    TellWriteFailure(run.console, routine, failure.what());
+    TellWriteFailure(run, routine, name, failure.what());
     return WriteEnd::failed;
   }
 }
 
-// Files of the older form are not written: the name gets the "x" that the newer form has.
-std::string WorkbookName(Console& console, const std::string& name) {
-  if (!UpperCase(name).ends_with(".XLS")) return name;
-  const std::string made = name + (name.ends_with('S') ? "X" : "x");
-  console.ShowLine("Excel file is written as \"" + made + "\".");
+std::string ToldWorkbookName(Console& console, const std::string& name) {
+  const std::string made = WorkbookName(name);
+  if (made != name) console.ShowLine("Excel file is written as \"" + made + "\".");
   return made;
 }
 
@@ -87,12 +88,13 @@ std::string LastLineOf(const std::string& name) {
 
 // Has R read the text and save it to the file.
 WriteEnd WriteByR(Run& run, const std::string& program, const std::string& textName,
-                  const std::string& objectName, const ReplacedFile& target) {
+                  const RTable& table, const ReplacedFile& target) {
   TempFile script;
   if (const std::error_code error = script.Create("Rs", "txt"))
     ThrowFileFailure("write", script.name(), error);
   const std::string logName = script.name() + "x";
-  std::ofstream(script.name()) << RScript(textName, target.partName(), objectName);
+  std::ofstream(script.name()) << RScript(textName, target.partName(), table.objectName,
+                                          table.isLabel);
   const int status =
       RunR(program, script.name(), logName, [&run] { return run.console.YieldToWindow(); });
   const std::string last = LastLineOf(logName);
@@ -141,7 +143,7 @@ std::string_view IsExcelName(std::string_view name) {
 
 bool LaunchExcel(Run& run, const std::string& textName, const std::string& targetName,
                  const ExcelOptions& wanted) {
-  const std::string name = WorkbookName(run.console, targetName);
+  const std::string name = ToldWorkbookName(run.console, targetName);
   run.console.ShowLine("Launching Excel ....");
   XlsxOptions options;
   options.hasHeading = wanted.hasHeading;
@@ -151,7 +153,7 @@ bool LaunchExcel(Run& run, const std::string& textName, const std::string& targe
     made = WriteXlsx(SourceOf(run, textName), StampOf(run), options, file);
     return made.end;
   });
-  if (end == WriteEnd::missing) TellMissing(run.console, "gridexcel.exe", ".xlsx");
+  if (end == WriteEnd::missing) TellMissing(run, "gridexcel.exe", ".xlsx");
   if (end != WriteEnd::complete) return false;
   TellCut(run.console, made.cutCells, kCellCharacters);
   if (made.sheets > 1)
@@ -164,12 +166,12 @@ bool LaunchExcel(Run& run, const std::string& textName, const std::string& targe
 
 bool WriteChartWorkbook(Run& run, const std::string& targetName,
                         const std::vector<ChartSheet>& sheets) {
-  const std::string name = WorkbookName(run.console, targetName);
+  const std::string name = ToldWorkbookName(run.console, targetName);
   run.console.ShowLine("Launching Excel ....");
   const WriteEnd end = WriteReplaced(run, "WriteChartWorkbook", name, [&](ReplacedFile& file) {
     return WriteCharts(sheets, StampOf(run), file);
   });
-  if (end == WriteEnd::missing) TellMissing(run.console, "gridexcel.exe", ".xlsx");
+  if (end == WriteEnd::missing) TellMissing(run, "gridexcel.exe", ".xlsx");
   if (end != WriteEnd::complete) return false;
   for (const ChartSheet& sheet : sheets)
     if (sheet.series.size() > kChartSeries)
@@ -187,7 +189,7 @@ bool LaunchSpss(Run& run, std::string_view kind, const std::string& textName,
     return made.end;
   });
   const std::string what(kind);
-  if (end == WriteEnd::missing) TellMissing(run.console, "gridspss.exe", ".sav");
+  if (end == WriteEnd::missing) TellMissing(run, "gridspss.exe", ".sav");
   if (end == WriteEnd::failed) run.console.WarnLine("F64 SPSS " + what + " file creation failed");
   if (end != WriteEnd::complete) return false;
   TellCut(run.console, made.cutCells, kSavTextBytes);
@@ -196,14 +198,15 @@ bool LaunchSpss(Run& run, std::string_view kind, const std::string& textName,
 }
 
 bool RunRStatistics(Run& run, const std::string& textName, const std::string& targetName,
-                    const std::string& objectName, bool show) {
+                    const RTable& table, bool show) {
   const std::string program = show ? FindR() : "";
   if (show && program.empty()) run.console.ShowLine(" R Statistics not found");
   const WriteEnd end = WriteReplaced(run, "RunRStatistics", targetName, [&](ReplacedFile& file) {
-    if (!program.empty()) return WriteByR(run, program, textName, objectName, file);
-    return WriteRda(SourceOf(run, textName), StampOf(run), {.objectName = objectName}, file);
+    if (!program.empty()) return WriteByR(run, program, textName, table, file);
+    return WriteRda(SourceOf(run, textName), StampOf(run),
+                    {.objectName = table.objectName, .isLabel = table.isLabel}, file);
   });
-  if (end == WriteEnd::missing) TellMissing(run.console, "R", ".rda");
+  if (end == WriteEnd::missing) TellMissing(run, "R", ".rda");
   if (end != WriteEnd::complete) return false;
   if (!program.empty()) ShowInR(run, targetName);
   return true;

@@ -54,10 +54,14 @@ bool WriteChartWorkbook(Run& run, const std::string& name, const std::vector<Cha
 bool LaunchSpss(Run& run, std::string_view kind, const std::string& textName,
                 const std::string& targetName);
 
+struct RTable {
+  std::string objectName;          // of the data frame
+  std::vector<bool> isLabel = {};  // by column: text, though a label may look like a number
+};
 // Makes the R workspace of the text, which has a heading line, with one data frame.  To show it, R
 // itself is asked to make the file, and the file is then opened by its registered program.
 bool RunRStatistics(Run& run, const std::string& textName, const std::string& targetName,
-                    const std::string& objectName, bool show);
+                    const RTable& table, bool show);
 
 }  // namespace flanks
 

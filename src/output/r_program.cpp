@@ -1,5 +1,6 @@
 #include "output/r_program.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -22,6 +23,16 @@ std::string Quoted(std::string_view text) {
     quoted += c;
   }
   return quoted + "\"";
+}
+
+// What keeps R from reading labels such as 001 as numbers.
+std::string ColumnClasses(const std::vector<bool>& isLabel) {
+  if (std::find(isLabel.begin(), isLabel.end(), true) == isLabel.end()) return "";
+  std::string classes;
+  for (const bool label : isLabel)
+    classes += (classes.empty() ? ", colClasses = c(" : ", ") +
+               std::string(label ? "\"character\"" : "NA");
+  return classes + ")";
 }
 
 bool IsProgram(const std::string& name) {
@@ -57,10 +68,11 @@ int WaitFor(pid_t child, const std::function<bool()>& isStopped) {
 }  // namespace
 
 std::string RScript(std::string_view textName, std::string_view targetName,
-                    std::string_view objectName) {
+                    std::string_view objectName, const std::vector<bool>& isLabel) {
   const std::string object(objectName);
-  return object + " <- utils::read.delim(" + Quoted(textName) + ", header = TRUE)\n" + "save(" +
-         object + ", file = " + Quoted(targetName) + ")\n";
+  return object + " <- utils::read.delim(" + Quoted(textName) + ", header = TRUE" +
+         ColumnClasses(isLabel) + ")\n" + "save(" + object + ", file = " + Quoted(targetName) +
+         ")\n";
 }
 
 std::string RProfile(std::string_view targetName, std::string_view profileName) {

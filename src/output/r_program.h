@@ -10,12 +10,14 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace flanks {
 
 // The script that reads the tab-separated text with a heading line into the object and saves it.
+// Columns of labels are read as text.
 std::string RScript(std::string_view textName, std::string_view targetName,
-                    std::string_view objectName);
+                    std::string_view objectName, const std::vector<bool>& isLabel = {});
 
 // The profile that loads the file when R starts, and removes itself.
 std::string RProfile(std::string_view targetName, std::string_view profileName);

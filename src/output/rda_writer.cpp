@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <exception>
 #include <limits>
+#include <map>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <vector>
 
@@ -16,6 +18,20 @@
 #endif
 
 namespace flanks {
+
+std::vector<std::string> DistinctNames(std::vector<std::string> names) {
+  std::set<std::string> taken(names.begin(), names.end()), met;
+  std::map<std::string, int> last;
+  for (std::string& name : names) {
+    if (met.insert(name).second) continue;
+    int& number = last[name];
+    std::string made;
+    do made = name + "." + std::to_string(++number);
+    while (!taken.insert(made).second);
+    name = made;
+  }
+  return names;
+}
 
 #ifndef FLANKS_HAS_RDATA
 
@@ -138,10 +154,13 @@ class FrameWriter {
 
 bool WriteFrame(rdata_writer_t& writer, Sink& sink, const FileStamp& stamp,
                 const RdaOptions& options, const TableShape& shape, FrameWriter& frame) {
-  for (const ColumnShape& column : shape.columns) {
-    const std::string name(CutBetweenCharacters(column.heading, kNameBytes));
-    rdata_add_column(&writer, name.c_str(), column.isNumber ? RDATA_TYPE_REAL : RDATA_TYPE_STRING);
-  }
+  std::vector<std::string> names;
+  for (const ColumnShape& column : shape.columns)
+    names.emplace_back(CutBetweenCharacters(column.heading, kNameBytes));
+  names = DistinctNames(std::move(names));
+  for (std::size_t i = 0; i < names.size(); ++i)
+    rdata_add_column(&writer, names[i].c_str(),
+                     shape.columns[i].isNumber ? RDATA_TYPE_REAL : RDATA_TYPE_STRING);
   Check(rdata_begin_file(&writer, &sink));
   Check(rdata_begin_table(&writer, options.objectName.c_str()));
   if (!frame.WriteColumns()) return false;
@@ -156,7 +175,9 @@ bool WriteFrame(rdata_writer_t& writer, Sink& sink, const FileStamp& stamp,
 
 WriteEnd WriteRda(const TableSource& source, const FileStamp& stamp, const RdaOptions& options,
                   ReplacedFile& target) {
-  const TableShape shape = MeasureTable(source, 1);
+  TableShape shape = MeasureTable(source, 1);
+  for (std::size_t i = 0; i < std::min(options.isLabel.size(), shape.columns.size()); ++i)
+    if (options.isLabel[i]) shape.columns[i].isNumber = false;
   if (shape.stopped) return WriteEnd::stopped;
   if (shape.rows > std::numeric_limits<std::int32_t>::max())
     throw std::runtime_error("more rows than a data frame takes");

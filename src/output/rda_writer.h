@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "base/replaced_file.h"
 #include "output/tab_text.h"
@@ -22,13 +23,19 @@ namespace flanks {
 
 struct RdaOptions {
   std::string objectName;                         // of the data frame
+  std::vector<bool> isLabel = {};                 // by column: text, whatever stands in it
   std::size_t roomBytes = std::size_t{64} << 20;  // for columns of numbers; less in tests
 };
 
 // Writes the table of `source`, whose first line is the heading, to `target`; the caller commits.
-// Throws a std::runtime_error or std::system_error with the reason.
+// Of columns with one heading the second is named "Status.1", as R does it.  Throws a
+// std::runtime_error or std::system_error with the reason.
 WriteEnd WriteRda(const TableSource& source, const FileStamp& stamp, const RdaOptions& options,
                   ReplacedFile& target);
+
+// The names, the second and further of equal ones with ".1", ".2" and so on behind them, less those
+// that are there already: R's make.unique.
+std::vector<std::string> DistinctNames(std::vector<std::string> names);
 
 }  // namespace flanks
 

@@ -103,7 +103,10 @@ TableFile TableFileOf(Run& run, const ResidualOptions& options) {
   table.prefix = "Residualfile";
   table.caption = "Residual output file";
   table.spssKind = "Residual";
-  table.objectName = "RESFILE";
+  table.rTable.objectName = "RESFILE";
+  for (const ResponseColumn& column :
+       ResponseColumnsOf(run.analysis.design, options.ResponseSelection))
+    table.rTable.isLabel.push_back(column.form == ResponseForm::text);
   table.write = [&run, &options](OutputForm form, Destination& out) {
     if (form == OutputForm::webpage) return WriteResidualWebpage(run, options, out);
     if (form == OutputForm::spss) return WriteResidualSpss(run, options, out);

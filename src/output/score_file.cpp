@@ -171,7 +171,12 @@ TableFile TableFileOf(Run& run, FlankNo flank, const ScoreOptions& options) {
   table.prefix = "Scorefile";
   table.caption = "Score File (" + number + ")";
   table.spssKind = "Score";
-  table.objectName = "SCFILE." + number;
+  table.rTable.objectName = "SCFILE." + number;
+  const std::vector<ScoreField> fields =
+      ScoreFieldsOf(run.analysis.settings, run.analysis.design.flanks, flank);
+  for (const int position : SelectedScoreFields(options.ScoreSelection))
+    table.rTable.isLabel.push_back(fields[static_cast<std::size_t>(position) - 1].form ==
+                                   ScoreForm::text);
   table.write = [&run, flank, &options](OutputForm form, Destination& out) {
     if (form == OutputForm::webpage) return WriteScoreWebpage(run, flank, options, out);
     if (form == OutputForm::spss) return WriteScoreSpss(run, flank, options, out);

@@ -12,14 +12,15 @@ namespace flanks {
 namespace {
 
 // The tab-separated text of a form, in a temporary file.
-bool WriteTempText(Run& run, const TableFile& table, OutputForm form, TempFile& temp) {
+bool WriteTempText(Run& run, const std::string& name, const TableFile& table, OutputForm form,
+                   TempFile& temp) {
   if (const std::error_code code = temp.Create(table.prefix, "txt")) {
-    TellOpenFailure(run.console, temp.name(), code.message());
+    TellOpenFailure(run, name, temp.name() + ": " + code.message());
     return false;
   }
   ReplacedFile file;
   if (const std::error_code code = file.Open(temp.name())) {
-    TellOpenFailure(run.console, temp.name(), code.message());
+    TellOpenFailure(run, name, temp.name() + ": " + code.message());
     return false;
   }
   try {
@@ -29,7 +30,7 @@ bool WriteTempText(Run& run, const TableFile& table, OutputForm form, TempFile& 
     file.Commit();
     return true;
   } catch (const std::exception& failure) {
-    TellWriteFailure(run.console, table.routine, failure.what());
+    TellWriteFailure(run, table.routine, name, failure.what());
     return false;
   }
 }
@@ -37,14 +38,14 @@ bool WriteTempText(Run& run, const TableFile& table, OutputForm form, TempFile& 
 bool HandOn(Run& run, const std::string& name, const TableFile& table, OutputForm form,
             const TableOptions& options) {
   TempFile text;
-  if (!WriteTempText(run, table, form, text)) return false;
+  if (!WriteTempText(run, name, table, form, text)) return false;
   switch (form) {
     case OutputForm::excel:
       return LaunchExcel(run, text.name(), name, {options.source, options.IncludeHeadings});
     case OutputForm::spss:
       return LaunchSpss(run, table.spssKind, text.name(), name);
     default:
-      return RunRStatistics(run, text.name(), name, table.objectName, options.showInR);
+      return RunRStatistics(run, text.name(), name, table.rTable, options.showInR);
   }
 }
 
@@ -81,6 +82,7 @@ bool WriteTableFile(Run& run, const std::string& name, const TableFile& table,
   const OutputForm form = FormOfName(name);
   if (form == OutputForm::spss && table.spssKind.empty()) {
     run.console.WarnLine("There is no SPSS form of this file: \"" + name + "\" is not written.");
+    run.process.control.ExitCode = kExitFault;
     return false;
   }
   if (form != OutputForm::text && form != OutputForm::webpage)

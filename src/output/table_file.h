@@ -39,7 +39,7 @@ struct TableFile {
   std::string_view prefix;    // of a temporary text
   std::string caption;        // of the editor's window
   std::string_view spssKind;  // empty: there is no SPSS form
-  std::string objectName;     // in R
+  RTable rTable;
   std::function<void(OutputForm, Destination&)> write;
 };
 

@@ -309,6 +309,7 @@ int RunAnalysis(Process& process, Analysis& analysis, World world, const std::st
   ResetDefaults(analysis);
   process.control.StopState = 0;
   process.control.CancelRequested = false;
+  process.control.ExitCode = 0;
   process.DecimalComma = SystemDecimalComma();
   process.commandLine = commandLine;
   Console console(world.shell, world.dialogs, process.control, analysis.settings, analysis.report);
@@ -327,7 +328,7 @@ int RunAnalysis(Process& process, Analysis& analysis, World world, const std::st
   }
   CloseRun(run, world.shell.Milliseconds() - start);
   SoundBell(run);
-  // A script must see that the report is not what it should be.
+  // A script must see that the report or another file is not what it should be.
   return analysis.report.writeFailed ? kExitFault : process.control.ExitCode;
 }
 

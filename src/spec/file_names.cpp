@@ -72,6 +72,11 @@ std::string_view WithoutSheetList(std::string_view name) {
   return name.substr(0, length);
 }
 
+std::string WorkbookName(const std::string& name) {
+  if (!UpperCase(name).ends_with(".XLS")) return name;
+  return name + (name.ends_with('S') ? "X" : "x");
+}
+
 std::string InQuotes(std::string_view name) {
   return '"' + std::string(name) + '"';
 }

@@ -36,6 +36,11 @@ bool SameFile(const std::string& a, const std::string& b);
 // any other name as it is.
 std::string_view WithoutSheetList(std::string_view name);
 
+// The name under which a workbook is written: the older form, .xls, is not written and becomes
+// .xlsx
+// (.XLSX).  Any other name as it is.
+std::string WorkbookName(const std::string& name);
+
 // "\"name\"".
 std::string InQuotes(std::string_view name);
 

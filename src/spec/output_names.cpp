@@ -10,6 +10,7 @@
 #include <system_error>
 #include <vector>
 
+#include "base/text.h"
 #include "spec/file_names.h"
 #include "spec/included_files.h"
 #include "spec/list_reading.h"
@@ -62,16 +63,30 @@ const std::string* ReplacedInclude(const Settings& settings,
   return nullptr;
 }
 
-// The files that are written: under the names they were given, and a Score file for each Flank.
+// The files that are written, as they stand on disk: a Score file for each Flank, and workbooks in
+// their newer form.
 std::vector<std::string> OutputNames(const Settings& settings, int flanks) {
   std::vector<std::string> names;
   for (const std::string* name :
-       {&settings.OutputFile, &settings.AnchorFile, &settings.ResidualFile, &settings.GraphFile,
-        &settings.SimulatedFile})
+       {&settings.OutputFile, &settings.AnchorFile, &settings.SimulatedFile})
     if (!name->empty()) names.push_back(*name);
+  for (const std::string* name : {&settings.ResidualFile, &settings.GraphFile})
+    if (!name->empty()) names.push_back(WorkbookName(*name));
   for (int flank = 1; flank <= flanks && !settings.ScoreFile.empty(); ++flank)
-    names.push_back(MakeOutputFileName(settings.ScoreFile, flank));
+    names.push_back(WorkbookName(MakeOutputFileName(settings.ScoreFile, flank)));
   return names;
+}
+
+// The names as they were given may not be those of the Specification and the data either.
+bool ReplacesInput(const Run& run, const std::string& name) {
+  return ReplacesData(run.analysis.settings, name) || ReplacesSpecification(run, name);
+}
+
+const std::string* GivenNameOfInput(const Run& run) {
+  const Settings& settings = run.analysis.settings;
+  for (const std::string* name : {&settings.ResidualFile, &settings.GraphFile})
+    if (!name->empty() && ReplacesInput(run, *name)) return name;
+  return nullptr;
 }
 
 void SetIncompatible(ReadState& reading, const std::string& name) {
@@ -98,6 +113,14 @@ bool CanBeWritten(const std::string& name, std::string& reason) {
   return true;
 }
 
+// The file is not written: a script must see that.
+void TellNotWritten(Run& run, const std::string& message) {
+  run.console.ShowFlagged(message);
+  // The report is open, but its first line is still to come: Table 1 tells it.
+  run.analysis.report.deferredMessages.push_back(message);
+  run.process.control.ExitCode = kExitFault;
+}
+
 }  // namespace
 
 void SettleOutputNames(Run& run) {
@@ -110,9 +133,11 @@ void SettleOutputNames(Run& run) {
     const bool replacesOutput =
         std::any_of(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(i),
                     [&name](const std::string& former) { return SameFile(name, former); });
-    if (replacesOutput || ReplacesData(settings, name) || ReplacesSpecification(run, name))
+    if (replacesOutput || ReplacesInput(run, name))
       return SetIncompatible(run.analysis.reading, name);
   }
+  if (const std::string* name = GivenNameOfInput(run))
+    return SetIncompatible(run.analysis.reading, *name);
   if (const std::string* name = ReplacedInclude(settings, names))
     SetIncompatible(run.analysis.reading, *name);
 }
@@ -130,12 +155,14 @@ void OpenFurtherOutputFiles(Run& run) {
     if (output.name.empty()) continue;
     run.console.ShowLine(std::string(output.words) + InQuotes(output.name));
     std::string reason;
-    if (CanBeWritten(output.name, reason)) continue;
-    const std::string message =
-        "Failure opening output file: " + InQuotes(output.name) + " (" + reason + ")";
-    run.console.ShowFlagged(message);
-    // The report is open, but its first line is still to come: Table 1 tells it.
-    run.analysis.report.deferredMessages.push_back(message);
+    if (&output.name == &settings.GraphFile && UpperCase(output.name).ends_with(".SAV"))
+      TellNotWritten(
+          run, "There is no SPSS form of this file: " + InQuotes(output.name) + " is not written.");
+    else if (!CanBeWritten(output.name, reason))
+      TellNotWritten(run,
+                     "Failure opening output file: " + InQuotes(output.name) + " (" + reason + ")");
+    else
+      continue;
     output.name.clear();
   }
 }

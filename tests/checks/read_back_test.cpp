@@ -328,6 +328,16 @@ TEST(ReadBack, AWorkspaceHasEveryCellInR) {
   make("small.rda", EveryKindOfCell(), {.objectName = "RESFILE", .roomBytes = 1});
   ExpectSameCells(FrameInR(folder, "small.rda", "RESFILE"), FrameOf(EveryKindOfCell()), "small");
 
+  const TableCells alike = {
+      {"F-Label", "Status", "Status"}, {"001", "1", "2"}, {"1e3", "3", "4"}, {"", "5", ""}};
+  make("labels.rda", alike, {.objectName = "L", .isLabel = {true, false, false}});
+  ExpectSameCells(FrameInR(folder, "labels.rda", "L"),
+                  {{"F-Label", "Status", "Status.1"},
+                   {"character", "numeric", "numeric"},
+                   {"001", "1", "2"},
+                   {"1e3", "3", "4"},
+                   {"", "5", "NA"}},
+                  "labels");
   make("wide.rda", ManyColumns(), {.objectName = "W"});
   make("none.rda", OnlyAHeading(), {.objectName = "E"});
   EXPECT_EQ(OutputOfR(folder,

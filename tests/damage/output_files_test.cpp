@@ -39,6 +39,7 @@ TEST(OutputFiles, AFullDiskLeavesTheFormerFile) {
     call.fileSizeLimit = 300'000;
     const ProgramResult result = RunProgram(call);
     EXPECT_EQ(result.signal, 0) << result.output;
+    EXPECT_EQ(result.exitStatus, 1) << result.output;
     EXPECT_THAT(result.output, HasSubstr("<\nWriteResidualFile failed: File write failure for "));
     EXPECT_THAT(result.output, HasSubstr("residuals.txt: File too large.\n"));
     EXPECT_THAT(result.output, HasSubstr("Output to report.txt"));
@@ -56,7 +57,7 @@ TEST(OutputFiles, AFolderThatIsNotThereIsToldAndTheRunGoesOn) {
   const ProgramResult result = RunProgram(sandbox.Call(
       FLANKS_CHECKED_PROGRAM, {"spec.txt", "report.txt", "Scorefile=missing/scores.txt",
                                "Graphfile=missing/curves.txt", "Residualfile=residuals.csv"}));
-  EXPECT_EQ(result.exitStatus, 0) << result.output;
+  EXPECT_EQ(result.exitStatus, 1) << result.output;
   for (const char* name : {"missing/curves.txt", "missing/scores.1.txt", "missing/scores.2.txt"})
     EXPECT_THAT(result.output, HasSubstr("Failure opening output file: \"" + std::string(name) +
                                          "\" (No such file or directory)\n"));

@@ -27,7 +27,7 @@ TEST(WithoutLibraries, TellsEachFormThatIsMissing) {
   EXPECT_FALSE(LaunchExcel(run, text, workbook, {}));
   EXPECT_FALSE(WriteChartWorkbook(run, workbook, {}));
   EXPECT_FALSE(LaunchSpss(run, "Score", text, folder.file("a.sav")));
-  EXPECT_FALSE(RunRStatistics(run, text, folder.file("a.rda"), "SCFILE.1", false));
+  EXPECT_FALSE(RunRStatistics(run, text, folder.file("a.rda"), {"SCFILE.1", {}}, false));
   EXPECT_EQ(shell.Screen(),
             "Launching Excel ....\n"
             "F63 Module gridexcel.exe not found. Flanks is not installed correctly.\n"

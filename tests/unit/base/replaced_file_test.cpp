@@ -102,8 +102,9 @@ TEST(ReplacedFile, WhatIsBrokenOffIsKeptWithoutHarmToAFormerFile) {
   EXPECT_EQ(folder.read("old.txt.part"), "part");
   ASSERT_FALSE(file.Open(folder.file("new.txt")));
   file.Write("part");
-  EXPECT_EQ(file.KeepPart(), folder.file("new.txt"));
-  EXPECT_EQ(folder.read("new.txt"), "part");
+  EXPECT_EQ(file.KeepPart(), folder.file("new.txt.part"));
+  EXPECT_EQ(folder.read("new.txt.part"), "part");
+  EXPECT_FALSE(std::filesystem::exists(folder.file("new.txt"))) << "half a file is no file";
 }
 
 TEST(ReplacedFile, TwoWritersOfOneNameDoNotMix) {

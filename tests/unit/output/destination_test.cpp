@@ -45,19 +45,21 @@ TEST(Destination, AFileThatCannotBeOpenedIsToldWithTheReason) {
   EXPECT_EQ(bench.shell.Screen(),
             "Failure opening output file: \"" + name + "\" (No such file or directory)\n");
   EXPECT_FALSE(bench.run.console.stopping());
+  EXPECT_EQ(bench.process.control.ExitCode, kExitFault);
 }
 
 TEST(Destination, AWriteThatFailsIsToldWithItsRoutineAndLeavesTheFormerFile) {
   Bench bench;
   const std::string name = bench.folder.write("out.txt", "former");
-  EXPECT_FALSE(WriteOutputFile(bench.run, "WriteThree", name, [](Destination& out) {
+  EXPECT_FALSE(WriteOutputFile(bench.run, "WriteThree", name, [&](Destination& out) {
     out.Line("one");
-    throw std::runtime_error("File write failure for out.txt: No space left on device");
+    throw std::runtime_error("File write failure for " + name + ": No space left on device");
   }));
   EXPECT_EQ(bench.shell.Screen(),
-            "WriteThree failed: File write failure for out.txt: No space left on device.\n");
+            "WriteThree failed: File write failure for " + name + ": No space left on device.\n");
   EXPECT_EQ(bench.folder.read("out.txt"), "former");
   EXPECT_EQ(bench.folder.names().size(), 1u);
+  EXPECT_EQ(bench.process.control.ExitCode, kExitFault);
 }
 
 TEST(Destination, WhatWasWrittenStaysWhenTheUserBreaksTheRunOff) {

@@ -34,6 +34,17 @@ TEST(GraphAxis, GoesALogitBeyondTheMeasures) {
   EXPECT_LE(GraphAxisOf(-1e6, 1e6, 1.0).points, 1000);
 }
 
+// From 1 below -1 to 1 above 4.8: 7.8 logits in steps of .1 are 78, and 7.77 are 78 as well, the
+// last of which ends beyond.
+TEST(GraphAxis, EndsAtTheUpperEndOrBeyond) {
+  for (const double high : {4.8, 4.77, 4.701, 4.7}) {
+    const GraphAxis axis = GraphAxisOf(-1.0, high, 1.0);
+    EXPECT_NEAR(axis.step, .1, 1e-12);
+    EXPECT_EQ(axis.points, high > 4.7 ? 79 : 78) << high;
+    EXPECT_GE(axis.ValueOf(axis.points - 1), high + 1.0 - 1e-9);
+  }
+}
+
 TEST(GraphRange, IsThatOfTheElementsInPlay) {
   Estimates estimates;
   estimates.elements.assign(4, {});
@@ -139,7 +150,7 @@ TEST_F(GraphFile, APoissonScaleEndsAt255) {
 
 TEST_F(GraphFile, ThereIsNoSpssForm) {
   const std::string name = done.folder.file("g.sav");
-  ASSERT_EQ(done.Analyze(kTwoScales, "Graphfile=" + name), 0);
+  ASSERT_EQ(done.Analyze(kTwoScales, "Graphfile=" + name), 1);
   EXPECT_THAT(done.Screen(),
               HasSubstr("There is no SPSS form of this file: \"" + name + "\" is not written.\n"));
   EXPECT_EQ(done.folder.read("g.sav"), "");

@@ -129,6 +129,19 @@ TEST(RScript, DoublesBackslashes) {
             "save(SCFILE.1, file = \"D:\\\\my data\\\\a.rda\")\n");
 }
 
+TEST(RScript, KeepsLabelsTexts) {
+  EXPECT_EQ(RScript("t", "a", "x", {false, true, false}),
+            "x <- utils::read.delim(\"t\", header = TRUE, colClasses = c(NA, \"character\", NA))\n"
+            "save(x, file = \"a\")\n");
+}
+
+// As R 4 gives them for make.unique.
+TEST(DistinctNames, AreThoseOfR) {
+  EXPECT_THAT(DistinctNames({"Status", "E1", "Status", "Status"}),
+              ElementsAre("Status", "E1", "Status.1", "Status.2"));
+  EXPECT_THAT(DistinctNames({"a", "a", "a.1", "a.1"}), ElementsAre("a", "a.2", "a.1", "a.1.1"));
+}
+
 class KeepingLauncher : public Launcher {
  public:
   bool works = false;
@@ -160,7 +173,7 @@ struct Bench {
     return LaunchSpss(run, "Score", spssText, folder.file(name));
   }
   bool R(const std::string& name, bool show = false) {
-    return RunRStatistics(run, text, folder.file(name), "SCFILE.1", show);
+    return RunRStatistics(run, text, folder.file(name), {"SCFILE.1", {}}, show);
   }
   // The files beside the two texts.
   std::vector<std::string> Files() const {
@@ -219,7 +232,8 @@ TEST(HandOffs, LeaveTheFormerFileWhenTheTextCannotBeRead) {
   EXPECT_THAT(bench.Files(), ElementsAre("a.rda", "a.sav", "a.xlsx"));
   for (const char* routine : {"LaunchExcel", "LaunchSpss", "RunRStatistics"})
     EXPECT_THAT(bench.shell.Screen(),
-                HasSubstr(std::string(routine) + " failed: File read failure for " + bench.text));
+                AllOf(HasSubstr(std::string(routine) + " failed: \""),
+                      HasSubstr("\" is not written. File read failure for " + bench.text)));
 }
 
 // Files of this process end at `bytes` while it lasts, as on a full disk.
@@ -270,7 +284,10 @@ TEST(HandOffs, LeaveTheFormerFileWhenTheDiskIsFull) {
     EXPECT_EQ(bench.folder.read(name), "former") << name;
   EXPECT_THAT(bench.Files(), ElementsAre("a.rda", "a.sav", "a.xlsx"));
   const std::string screen = bench.shell.Screen();
-  EXPECT_THAT(screen, HasSubstr("LaunchExcel failed: File write failure for "));
+  EXPECT_THAT(screen, HasSubstr("LaunchExcel failed: \"" + bench.folder.file("a.xlsx") +
+                                "\" is not written. File write failure for "))
+      << "the file asked for, then the temporary one";
+  EXPECT_EQ(bench.process.control.ExitCode, kExitFault);
   EXPECT_THAT(screen, HasSubstr("LaunchSpss failed: File write failure for " +
                                 bench.folder.file("a.sav") + ": File too large"));
   EXPECT_THAT(screen, HasSubstr("RunRStatistics failed: File write failure for " +
@@ -447,7 +464,8 @@ TEST(RunRStatistics, TellsWhatRSays) {
   EXPECT_FALSE(bench.R("a.rda", true));
   EXPECT_EQ(bench.folder.read("a.rda"), "former");
   EXPECT_EQ(bench.shell.Screen(),
-            "RunRStatistics failed: R ended with exit status 3: Error: no such thing.\n");
+            "RunRStatistics failed: \"" + bench.folder.file("a.rda") +
+                "\" is not written. R ended with exit status 3: Error: no such thing.\n");
   WriteProgram(bench.folder, "bin/R", "exit 0\n");
   EXPECT_FALSE(bench.R("a.rda", true)) << "it has written nothing";
   EXPECT_EQ(bench.folder.read("a.rda"), "former");

@@ -151,6 +151,17 @@ TEST_F(ResidualFile, StepsAreTheCategoriesCountedAgain) {
 }
 
 // A missing element has the number 0, the measure 0 and no label.
+// Ann expects exp(6), some 403; the scale ends at the 5 that was observed.
+TEST_F(ResidualFile, TheMostProbableOfAPoissonScaleIsOneOfItsCategories) {
+  Analyze("",
+          "Flanks=2\nPositive=1\nTables=00000000000000\nSubsets=N\nModels=?,?,P\n*\nLabels=\n"
+          "1,Persons,A\n1=Ann,6\n2=Bob,0\n*\n2,Items,A\n1=one,0\n*\nData=\n1,1,5\n2,1,1\n2,1,2\n");
+  done.analysis.scales.ThresholdTable.at(ScaleRow(0), 0) = 1.0f;
+  const int top = done.analysis.scales.ScaleTopCategory[ScaleRow(0)];
+  EXPECT_LE(top, 255);
+  EXPECT_EQ(Lines(Options(",", "NNNNNNNNNNN2NNNY"))[1], std::to_string(top));
+}
+
 TEST_F(ResidualFile, AMissingElementIsZero) {
   Analyze("",
           "Flanks=3\nTables=00000000000000\nSubsets=N\nModels=\n?,?,?,R1\n?,,?,R1\n*\nLabels=\n"

@@ -71,6 +71,7 @@ TEST(TableFile, WithoutAnSpssFormSuchANameIsRefused) {
   Bench bench;
   EXPECT_FALSE(bench.Write("a.sav"));
   EXPECT_THAT(bench.shell.Screen(), HasSubstr("There is no SPSS form of this file: "));
+  EXPECT_EQ(bench.process.control.ExitCode, kExitFault);
   EXPECT_TRUE(bench.folder.empty());
 }
 

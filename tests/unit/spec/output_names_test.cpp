@@ -96,6 +96,32 @@ TEST(SettleOutputNames, TheScoreFilesReplaceNoOtherFileEither) {
   }
 }
 
+// A workbook s.xls is written as s.xlsx, and of a Score file each Flank has one: s.2.xlsx.
+TEST(SettleOutputNames, ComparesTheFilesThatAreReallyWritten) {
+  const std::pair<const char*, Fault> cases[] = {
+      {"Residualfile=s.xls\nGraphfile=s.xlsx", Fault::incompatibleFileUse},
+      {"Residualfile=S.XLS\nGraphfile=S.XLSX", Fault::incompatibleFileUse},
+      {"Output=out.xlsx\nResidualfile=out.xls", Fault::incompatibleFileUse},
+      {"Scorefile=s.xls\nResidualfile=s.2.xlsx", Fault::incompatibleFileUse},
+      {"Data=$marks.xlsx\nResidualfile=$marks.xls", Fault::incompatibleFileUse},
+      {"Data=$marks.xlsx\nGraphfile=$marks.xls", Fault::incompatibleFileUse},
+      {"Data=$old.xls\nResidualfile=$old.xls", Fault::incompatibleFileUse},
+      {"Anchorfile=s.xls\nGraphfile=s.xlsx", Fault::none},  // anchors are text
+      {"Residualfile=r.xls\nGraphfile=s.xlsx", Fault::none},
+      {"Scorefile=s.xls\nResidualfile=s.3.xlsx", Fault::none}};
+  for (const auto& [lines, fault] : cases) {
+    SpecRun test;
+    test.folder.write("marks.xlsx", "marks");
+    test.folder.write("old.xls", "marks");
+    std::string text = std::string("Flanks=2\n") + lines + "\n";
+    for (std::size_t at = 0; (at = text.find('$')) != std::string::npos;)
+      text.replace(at, 1, test.folder.file(""));
+    test.Read(text);
+    SettleOutputNames(test.run);
+    EXPECT_EQ(test.fault(), fault) << lines;
+  }
+}
+
 TEST(OpenFurtherOutputFiles, TellsEachAndLeavesNothingBehind) {
   SpecRun test;
   const std::string there = test.folder.write("there.txt", "kept\n");
@@ -125,6 +151,20 @@ TEST(OpenFurtherOutputFiles, ANameThatCannotBeOpenedIsCleared) {
   EXPECT_EQ(test.fault(), Fault::none);
   EXPECT_EQ(test.analysis.settings.AnchorFile, "");
   EXPECT_NE(test.analysis.settings.ResidualFile, "");
+  EXPECT_EQ(test.run.process.control.ExitCode, kExitFault);
+}
+
+TEST(OpenFurtherOutputFiles, AGraphFileHasNoSpssForm) {
+  SpecRun test;
+  const std::string name = test.folder.file("g.Sav");
+  test.Read("Graphfile=" + name + "\nResidualfile=" + test.folder.file("r.sav") + "\n");
+  OpenFurtherOutputFiles(test.run);
+  const std::string words = "There is no SPSS form of this file: \"" + name + "\" is not written.";
+  EXPECT_THAT(test.shell.Screen(), testing::EndsWith("\"" + name + "\"\n" + words + "\n"));
+  EXPECT_THAT(test.analysis.report.deferredMessages, testing::ElementsAre(words));
+  EXPECT_EQ(test.analysis.settings.GraphFile, "");
+  EXPECT_NE(test.analysis.settings.ResidualFile, "");
+  EXPECT_EQ(test.run.process.control.ExitCode, kExitFault);
 }
 
 }  // namespace
