@@ -24,6 +24,9 @@ Usage: flanks SPECIFICATION [OUTPUT] [KEYWORD=VALUE ...]
   --help         this text
   --version      the version
 
+While a run lasts, Ctrl+F ends the step at work and the run goes on; Ctrl+G ends the
+iterations, "+" and "-" make their changes larger and smaller; Ctrl+C breaks it off.
+
 Exit status: 0 when the analysis has ended, 1 when a fault halted it, 51 when it
 was broken off with Ctrl+C.
 )";
@@ -62,6 +65,8 @@ int main(int argc, char** argv) {
   flanks::Analysis analysis;
   flanks::ConsoleShell shell(process.control, stdout, isatty(STDOUT_FILENO) != 0);
   flanks::ConsoleShell::CatchInterrupts();
+  // A report that goes to a pager leaves the keys to the pager.
+  if (isatty(STDOUT_FILENO) != 0) shell.ListenTo(STDIN_FILENO);
   flanks::ConsoleDialogs dialogs(shell);
   flanks::Launcher launcher;
   try {

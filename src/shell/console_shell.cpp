@@ -21,6 +21,7 @@ constexpr int kInterrupts[] = {SIGINT, SIGTERM,
 // The second signal finds the default action: who presses Ctrl+C twice wants out.
 extern "C" void OnInterrupt(int) {
   interrupted = 1;
+  ReleaseTerminal();
   for (const int each : kInterrupts) std::signal(each, SIG_DFL);
 }
 
@@ -53,6 +54,7 @@ void ConsoleShell::CatchInterrupts() {
 
 void ConsoleShell::DoDeliverEvents() {
   if (interrupted != 0) control_.CancelRequested = true;
+  if (keys_) control_.KeyBuffer += keys_->Take();
 }
 
 void ConsoleShell::DoWait(int milliseconds) {

@@ -2,7 +2,8 @@
 //
 // Everything goes to standard output.  On a terminal flagged messages are coloured and iteration
 // lines overwrite each other; elsewhere the text is plain.  The interrupt signal (Ctrl+C) only
-// raises a flag that the run looks at in Pump; a second one ends the process at once.
+// raises a flag that the run looks at in Pump; a second one ends the process at once.  Where a
+// terminal is lent to ListenTo, its keys are those of the run.
 //
 // Tested by tests/unit/shell/console_shell_test.cpp and tests/damage/broken_off_test.cpp.
 #ifndef FLANKS_SHELL_CONSOLE_SHELL_H
@@ -10,10 +11,12 @@
 
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "run/shell_interface.h"
+#include "shell/terminal_keys.h"
 
 namespace flanks {
 
@@ -24,6 +27,9 @@ class ConsoleShell : public Shell {
 
   // Lets Ctrl+C and a request to terminate raise the flag, and a closed pipe pass.
   static void CatchInterrupts();
+
+  // Takes the keys of this terminal from now on; what is no terminal has none.
+  void ListenTo(int descriptor) { keys_.emplace(descriptor); }
 
  protected:
   void DoDeliverEvents() override;
@@ -39,6 +45,7 @@ class ConsoleShell : public Shell {
   void EndOpenLine();
 
   std::FILE* out_;
+  std::optional<TerminalKeys> keys_;
   bool terminal_;
   bool lineOpen_ = false;  // a progress bar or an overwritten line has no line end yet
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
