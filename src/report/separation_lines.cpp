@@ -27,7 +27,6 @@ std::vector<std::string> SeparationLines(const Settings& settings, const Measure
   for (const Spread spread : {Spread::population, Spread::sample}) {
     const SeparationStatistics s = SeparationOf(summary, spread, tinyValue);
     std::string line(prefix);
-    line += ErrorWord(settings);
     line += spread == Spread::population ? ", Populn" : ", Sample";
     line += ": RMSE " + Trimmed(s.RMSE, settings.Udecimals);
     line += "  Adj (True) S.D. " + Trimmed(s.AdjustedDeviation, settings.Udecimals);

@@ -16,8 +16,8 @@ namespace flanks {
 // "Model" or "Real".
 std::string_view ErrorWord(const Settings& settings);
 
-// The lines of one set, for the population and the sample; none for less than two rows.
-// `reliabilityNote` stands before the value of Reliability.
+// The lines of one set, for the population and the sample; none for less than two rows.  `prefix`
+// ends in the word for the errors, `reliabilityNote` stands before the value of Reliability.
 std::vector<std::string> SeparationLines(const Settings& settings, const MeasureSummary& summary,
                                          float tinyValue, std::string_view prefix,
                                          std::string_view reliabilityNote = "");

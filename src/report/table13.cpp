@@ -143,14 +143,15 @@ void WriteMeans(Console& console, const Table13Layout& layout, const BiasSummary
         "S.D. (Sample)");
 }
 
+// The errors are those of the model, whatever `Standard errors=` says of measures.
 std::vector<std::string> StatisticLines(const Settings& settings, const BiasSets& sets,
                                         float tinyValue) {
   const MeasureSummary& without = sets.without.measures;
-  if (!sets.hasExtremes()) return SeparationLines(settings, without, tinyValue, "");
+  if (!sets.hasExtremes()) return SeparationLines(settings, without, tinyValue, "Model");
   std::vector<std::string> lines =
-      SeparationLines(settings, sets.with.measures, tinyValue, "   With extremes, ");
+      SeparationLines(settings, sets.with.measures, tinyValue, "   With extremes, Model");
   const std::vector<std::string> rest =
-      SeparationLines(settings, without, tinyValue, "Without extremes, ");
+      SeparationLines(settings, without, tinyValue, "Without extremes, Model");
   lines.insert(lines.end(), rest.begin(), rest.end());
   return lines;
 }

@@ -87,8 +87,9 @@ std::string_view ReliabilityNote(const Settings& settings, FlankNo flank) {
 void WriteSeparation(Console& console, FlankNo flank, const MeasureSummary& summary,
                      float tinyValue, std::string_view prefix) {
   const Settings& settings = console.settings();
+  const std::string start = std::string(prefix) + std::string(ErrorWord(settings));
   for (const std::string& line :
-       SeparationLines(settings, summary, tinyValue, prefix, ReliabilityNote(settings, flank)))
+       SeparationLines(settings, summary, tinyValue, start, ReliabilityNote(settings, flank)))
     WriteReportLine(console, line);
 }
 

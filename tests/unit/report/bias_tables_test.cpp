@@ -17,6 +17,7 @@
 namespace flanks {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -146,6 +147,8 @@ TEST_F(BiasTables, HeadsAreThoseOfTheDirection) {
   EXPECT_THAT(table[3], StartsWith("|Observd  Expctd  Observd  Obs-Exp| Bias-  Model         "));
   EXPECT_THAT(table[4], StartsWith("|  Score   Score    Count  Average|  Size   S.E.     t   d.f. "
                                    "Prob. | MnSq  MnSq | Sq Num Raters measr- Num Items  measr-"));
+  EXPECT_THAT(table, Contains(HasSubstr("Model, Populn: RMSE ")));
+  EXPECT_THAT(table, Not(Contains(HasSubstr("Real, Populn: RMSE "))));
 }
 
 TEST_F(BiasTables, ARowHasTheFiguresOfItsTerm) {
