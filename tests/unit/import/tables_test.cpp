@@ -187,7 +187,6 @@ TEST(XlsTable, EveryKindOfCell) {
   EXPECT_EQ(converted.end.text, "");
   EXPECT_EQ(converted.text,
             "Person\tMark\nZo\xC3\xAB B\t2.5\n\n\n12\t\t2024-03-01\n1\t2\tab\n3\t\t4\n");
-  EXPECT_EQ(Convert("kinds.xls", Stored("kinds.xls")).text, converted.text) << "Notes is hidden";
   EXPECT_EQ(Convert("kinds.xls(3)", Stored("kinds.xls")).end.text,
             "sheet \"Two words\", row 2, column B: #DIV/0!");
   EXPECT_THAT(Convert("kinds.xls(x)", Stored("kinds.xls")).end.text,

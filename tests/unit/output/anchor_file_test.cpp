@@ -218,8 +218,7 @@ TEST(AnchorFile, IsNotWrittenWhenTheSpecificationCannotBeReadAgain) {
   EXPECT_FALSE(WriteAnchorFile(finished.run, run.folder.file("anchor.txt"), {}));
   EXPECT_EQ(run.folder.read("anchor.txt"), file);
   EXPECT_THAT(run.Screen(),
-              HasSubstr("WriteAnchorFile failed: The Specification cannot be read "
-                        "again: \"" +
+              HasSubstr("is not written. The Specification cannot be read again: \"" +
                         run.folder.file("spec.txt") + "\" Specification is: File not found"));
 }
 

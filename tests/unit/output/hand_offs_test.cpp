@@ -361,7 +361,7 @@ TEST(HandOffs, RefuseMoreColumnsThanASheetHas) {
   bench.text = bench.folder.write("wide.txt", std::string(16'384, '\t') + "\n");
   EXPECT_FALSE(bench.Excel("a.xlsx"));
   EXPECT_THAT(bench.shell.Screen(),
-              HasSubstr("LaunchExcel failed: 16385 columns, and a sheet takes 16384."));
+              HasSubstr("is not written. 16385 columns, and a sheet takes 16384."));
 }
 
 TEST(HandOffs, OpenWhatADialogAsksFor) {

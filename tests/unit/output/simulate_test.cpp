@@ -322,14 +322,14 @@ TEST(SimulatedData, StaysAsFarAsWrittenWhenTheRunIsBrokenOff) {
   FinishedRun finished(run);
   run.process.control.CancelRequested = true;
   EXPECT_FALSE(WriteSimulatedData(finished.run, run.folder.file("s.txt"), {}));
-  EXPECT_THAT(run.folder.read("s.txt"), StartsWith("; Simulated data matching"));
+  EXPECT_THAT(run.folder.read("s.txt.part"), StartsWith("; Simulated data matching"));
 }
 
 TEST(SimulatedData, TellsWhenItsFileCannotBeOpened) {
   AnalysisRun run;
   run.Analyze(Random(20, 5, "Simulated=" + run.folder.file("no/s.txt") + "\n") + "Data=\n" +
               Ratings(20, 5));
-  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.exitCode, 1) << "the run goes on, and a script sees that a file is missing";
   EXPECT_THAT(run.Screen(), HasSubstr("Failure opening output file: "));
 }
 
