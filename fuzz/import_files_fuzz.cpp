@@ -12,9 +12,10 @@
 #include <utility>
 
 #include "fuzz_checks.h"
+#include "import/compound_file.h"
 #include "import/import_text.h"
 #include "import/unpacked_file.h"
-#include "import/xls_formulas.h"
+#include "import/xls_records.h"
 #include "import/xlsx_table_parts.h"
 
 namespace flanks {
@@ -65,16 +66,18 @@ void CheckStrings(std::string_view xml) {
     Require(strings[i].size() <= 3 * xml.size(), "a string of the part");
 }
 
-void CheckFormulas(std::string_view stream) {
-  const XlsFormulas formulas = ReadXlsFormulas(stream);
-  for (const XlsSheet& sheet : formulas.sheets) {
-    std::pair<std::uint32_t, std::uint32_t> last{0, 0};
-    for (const XlsValue& value : sheet.values) {
-      const std::pair at(value.row, value.column);
-      Require(at >= last, "values ascend");
-      Require(value.row < 65536 && value.column < 256, "values stand in the sheet");
-      Require(value.text == 0 || value.text < formulas.texts.size(), "a text that is there");
-      last = at;
+void CheckRecords(std::string_view stream) {
+  for (const XlsCells cells : {XlsCells::passedOver, XlsCells::all}) {
+    const XlsContents contents = ReadXlsRecords(stream, cells);
+    for (const XlsSheet& sheet : contents.sheets) {
+      std::pair<std::uint32_t, std::uint32_t> last{0, 0};
+      for (const XlsValue& value : sheet.values) {
+        const std::pair at(value.row, value.column);
+        Require(at >= last, "values ascend");
+        Require(value.row < 65536 && value.column < 256, "values stand in the sheet");
+        Require(value.text == 0 || value.text < contents.texts.size(), "a text that is there");
+        last = at;
+      }
     }
   }
 }
@@ -116,10 +119,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       CheckStrings(rest);
       break;
     case 'X':
-      CheckFormulas(rest);
+      CheckRecords(rest);
       break;
     case 'C':
-      CheckFormulas(WorkbookStream(rest));
+      CheckRecords(WorkbookStream(rest));
       break;
     case 'P':
       CheckPacked(rest);

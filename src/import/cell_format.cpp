@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "base/text.h"
+#include "base/utf8_text.h"
 
 namespace flanks {
 namespace {
@@ -43,20 +44,6 @@ constexpr bool IsPairHalf(int code) {
 }
 
 }  // namespace
-
-void AppendUtf8(int code, std::string& text) {
-  if (IsPairHalf(code)) code = '?';
-  if (code < 0x80) {
-    text += static_cast<char>(code);
-  } else if (code < 0x800) {
-    text += static_cast<char>(0xC0 | code >> 6);
-    text += static_cast<char>(0x80 | (code & 0x3F));
-  } else {
-    text += static_cast<char>(0xE0 | code >> 12);
-    text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
-    text += static_cast<char>(0x80 | (code & 0x3F));
-  }
-}
 
 int ColumnOfCell(std::string_view place) {
   int column = 0;
@@ -140,7 +127,7 @@ std::string WithoutHexadecimal(std::string_view text) {
       plain += text[at];
       continue;
     }
-    AppendUtf8(code, plain);
+    AppendUtf8(static_cast<char32_t>(code), plain);
     at += 6;
   }
   return plain;

@@ -32,9 +32,6 @@ std::string DateText(double day, DateStart start);
 // Days from 1970-01-01 as "2024-03-01".
 std::string DayText(std::int64_t day);
 
-// Appends the character of this number below 65,536; half of a pair becomes "?".
-void AppendUtf8(int code, std::string& text);
-
 // "_x000D_" and the like as the character meant.
 std::string WithoutHexadecimal(std::string_view text);
 

@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/utf8_text.h"
 #include "import/cell_format.h"
 
 namespace flanks {
@@ -40,18 +41,24 @@ struct RFrame {
   bool isFrame() const { return !names.empty() && names.size() == columns.size(); }
 };
 
+// Texts come as they were saved: in UTF-8, or in the code page of the machine.
+std::string TextOf(const char* text) {
+  std::string kept;
+  return std::string(Utf8Text(text == nullptr ? "" : text, kept));
+}
+
 // What the library's calls work on.
 class RReading {
  public:
   void BeginObject(const char* name) {
     Settle();
     at_ = RFrame{};
-    at_.name = name == nullptr ? "" : name;
+    at_.name = TextOf(name);
   }
-  void AddLabel(const char* text) { labels_.emplace_back(text == nullptr ? "" : text); }
+  void AddLabel(const char* text) { labels_.push_back(TextOf(text)); }
   bool AddColumn(rdata_type_t type, const void* data, long count);
   void AddText(const char* text, int row);
-  void AddName(const char* text) { at_.names.emplace_back(text == nullptr ? "" : text); }
+  void AddName(const char* text) { at_.names.push_back(TextOf(text)); }
   // Ends the object at work.
   void Settle();
 
@@ -93,7 +100,7 @@ void RReading::AddText(const char* text, int row) {
   const auto place = static_cast<std::size_t>(row);
   if (place >= column.rows) return;
   if (column.texts.size() <= place) column.texts.resize(place + 1);
-  column.texts[place] = text;
+  column.texts[place] = TextOf(text);
 }
 
 void RReading::Settle() {

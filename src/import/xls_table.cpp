@@ -9,7 +9,9 @@
 #include <iterator>
 #include <vector>
 
-#include "import/xls_formulas.h"
+#include "import/compound_file.h"
+#include "import/workbook.h"
+#include "import/xls_records.h"
 
 namespace flanks {
 namespace {
@@ -45,54 +47,58 @@ class XlsFile {
   std::string Open(const ImportName& name);
   std::string ReadSheet(std::size_t sheet, ImportText& text);
 
-  std::size_t sheets() const { return names_.size(); }
-  const std::vector<std::size_t>& chosen() const { return chosen_; }
-  const std::string& sheetName(std::size_t sheet) const { return names_[sheet]; }
+  const WorkbookSheets& sheets() const { return sheets_; }
 
  private:
-  bool ReadFormulas(const std::string& file);
+  std::string ReadNames();
+  void ReadRecords(std::string_view file);
   void AddValue(const XlsValue& value, int column, ImportText& text) const;
 
-  const void* handle_ = nullptr;
-  std::vector<std::string> names_;
-  std::vector<std::size_t> chosen_;
-  XlsFormulas formulas_;
+  const void* handle_ = nullptr;  // null for a workbook that FreeXL cannot read
+  WorkbookSheets sheets_;
+  XlsContents contents_;
 };
 
 std::string XlsFile::Open(const ImportName& name) {
-  if (const int code = freexl_open(name.file.c_str(), &handle_); code != FREEXL_OK) {
+  const int code = freexl_open(name.file.c_str(), &handle_);
+  if (code != FREEXL_OK) {
     handle_ = nullptr;
     return Reason(code);
+  }
+  std::ifstream input(name.file, std::ios::binary);
+  const std::string bytes(std::istreambuf_iterator<char>(input), {});
+  ReadRecords(bytes);
+  if (contents_.locked) return "it is locked with a password";
+  if (std::string reason = ReadNames(); !reason.empty()) return reason;
+  // FreeXL does not see that a file ends too soon.
+  if (IsBrokenOff(bytes)) return "it is broken off";
+  contents_.sheets.resize(sheets_.names.size());
+  for (const XlsSheet& sheet : contents_.sheets) sheets_.hidden.push_back(sheet.hidden);
+  return sheets_.Choose(name);
+}
+
+// FreeXL gives no handle, and no error either, for an empty text among the shared strings.
+void XlsFile::ReadRecords(std::string_view file) {
+  contents_ = ReadXlsRecords(WorkbookStream(file),
+                             handle_ == nullptr ? XlsCells::all : XlsCells::passedOver);
+}
+
+std::string XlsFile::ReadNames() {
+  if (handle_ == nullptr) {
+    for (const XlsSheet& sheet : contents_.sheets) sheets_.names.push_back(sheet.name);
+    return {};
   }
   unsigned int value = 0;
   if (freexl_get_info(handle_, FREEXL_BIFF_PASSWORD, &value) == FREEXL_OK &&
       value == FREEXL_BIFF_OBFUSCATED)
     return "it is locked with a password";
-  if (freexl_get_info(handle_, FREEXL_BIFF_SHEET_COUNT, &value) != FREEXL_OK || value == 0)
-    return "it has no sheets";
+  if (freexl_get_info(handle_, FREEXL_BIFF_SHEET_COUNT, &value) != FREEXL_OK) value = 0;
   for (unsigned int i = 0; i < value; ++i) {
     const char* sheet = nullptr;
     freexl_get_worksheet_name(handle_, static_cast<unsigned short>(i), &sheet);
-    names_.emplace_back(sheet == nullptr ? "" : sheet);
+    sheets_.names.emplace_back(sheet == nullptr ? "" : sheet);
   }
-  if (!ReadFormulas(name.file)) return "it is broken off";
-  std::vector<bool> hidden;
-  for (const XlsSheet& sheet : formulas_.sheets) hidden.push_back(sheet.hidden);
-  return ChooseSheets(name.sheets, names_, hidden, chosen_);
-}
-
-// FreeXL passes over the values of formulas, and does not see that a file ends too soon.
-bool XlsFile::ReadFormulas(const std::string& file) {
-  std::string stream;
-  {
-    std::ifstream input(file, std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(input), {});
-    if (IsBrokenOff(bytes)) return false;
-    stream = WorkbookStream(bytes);
-  }
-  formulas_ = ReadXlsFormulas(stream);
-  formulas_.sheets.resize(names_.size());
-  return true;
+  return {};
 }
 
 // False when it is no value of a cell.
@@ -128,20 +134,22 @@ void XlsFile::AddValue(const XlsValue& value, int column, ImportText& text) cons
       break;
     case XlsValue::Kind::date:
     case XlsValue::Kind::text:
-      text.AddText(column, formulas_.texts[value.text]);
+      text.AddText(column, contents_.texts[value.text]);
       break;
     case XlsValue::Kind::error:
-      if (formulas_.texts[value.text] != "#N/A") text.Refuse(column, formulas_.texts[value.text]);
+      if (contents_.texts[value.text] != "#N/A") text.Refuse(column, contents_.texts[value.text]);
   }
 }
 
 std::string XlsFile::ReadSheet(std::size_t sheet, ImportText& text) {
   unsigned int rows = 0;
   unsigned short columns = 0;
-  int code = freexl_select_active_worksheet(handle_, static_cast<unsigned short>(sheet));
-  if (code == FREEXL_OK) code = freexl_worksheet_dimensions(handle_, &rows, &columns);
-  if (code != FREEXL_OK) return Reason(code);
-  const std::vector<XlsValue>& values = formulas_.sheets[sheet].values;
+  if (handle_ != nullptr) {
+    int code = freexl_select_active_worksheet(handle_, static_cast<unsigned short>(sheet));
+    if (code == FREEXL_OK) code = freexl_worksheet_dimensions(handle_, &rows, &columns);
+    if (code != FREEXL_OK) return Reason(code);
+  }
+  const std::vector<XlsValue>& values = contents_.sheets[sheet].values;
   unsigned int lastRow = rows, lastColumn = columns;
   for (const XlsValue& value : values) {
     lastRow = std::max(lastRow, value.row + 1);
@@ -159,7 +167,8 @@ std::string XlsFile::ReadSheet(std::size_t sheet, ImportText& text) {
       }
       if (row >= rows || column >= columns) continue;
       FreeXL_CellValue cell;
-      code = freexl_get_cell_value(handle_, row, static_cast<unsigned short>(column), &cell);
+      const int code =
+          freexl_get_cell_value(handle_, row, static_cast<unsigned short>(column), &cell);
       if (code != FREEXL_OK) return Reason(code);
       if (!AddCell(cell, number, text))
         return "a cell of row " + std::to_string(row + 1) + " is damaged";
@@ -174,21 +183,14 @@ std::string XlsFile::ReadSheet(std::size_t sheet, ImportText& text) {
 ConversionEnd ConvertXls(const ImportName& name, ImportText& text) {
   XlsFile file;
   if (std::string reason = file.Open(name); !reason.empty()) return ConversionFailed(reason);
-  for (const std::size_t sheet : file.chosen()) {
-    text.BeginSheet(file.sheetName(sheet));
-    if (name.sheets.empty()) text.TellSheets(file.sheets());
-    if (const std::string reason = file.ReadSheet(sheet, text); !reason.empty())
-      return ConversionFailed("sheet \"" + file.sheetName(sheet) + "\": " + reason);
-    text.EndSheet();
-    if (text.broken()) break;
-  }
-  return {};
+  return ConvertSheets(
+      name, file.sheets(),
+      [&file](std::size_t sheet, ImportText& to) { return file.ReadSheet(sheet, to); }, text);
 }
 
 std::string FirstXlsSheet(const ImportName& name) {
   XlsFile file;
-  if (!file.Open(name).empty() || file.chosen().empty()) return {};
-  return file.sheetName(file.chosen().front());
+  return file.Open(name).empty() ? file.sheets().first() : "";
 }
 
 }  // namespace flanks

@@ -2,7 +2,8 @@
 //
 // FreeXL has the workbook in memory, which is small: a sheet of this form has 65,536 rows.  It
 // gives dates as text ("2024-03-01"), TRUE and FALSE as 1 and 0.  What it passes over, values of
-// formulas, error values and which sheets are hidden, comes from import/xls_formulas.
+// formulas, error values and which sheets are hidden, comes from import/xls_records; so does all of
+// a workbook that it does not open.
 //
 // Tested by tests/unit/import/tables_test.cpp and tests/damage/import_damage_test.cpp.
 #ifndef FLANKS_IMPORT_XLS_TABLE_H

@@ -11,6 +11,7 @@
 #include <vector>
 #include <zip.h>
 
+#include "import/workbook.h"
 #include "import/xlsx_table_parts.h"
 #include "import/xml_pieces.h"
 
@@ -132,13 +133,10 @@ class XlsxFile {
   std::string ReadTables();
   std::string ReadSheet(std::size_t sheet, ImportText& text);
 
-  std::size_t sheets() const { return workbook_.names.size(); }
-  const std::vector<std::size_t>& chosen() const { return chosen_; }
-  const std::string& sheetName(std::size_t sheet) const { return workbook_.names[sheet]; }
+  const WorkbookSheets& sheets() const { return sheets_; }
 
  private:
   std::string FindWorkbook();
-  std::string FindSheets(const ImportName& name);
   std::string RelatedPart(std::string_view type) const;
 
   Zip zip_{nullptr, zip_discard};
@@ -146,7 +144,7 @@ class XlsxFile {
   XlsxWorkbook workbook_;
   XlsxRelations relations_;
   XlsxTables tables_;
-  std::vector<std::size_t> chosen_;
+  WorkbookSheets sheets_;
 };
 
 std::string XlsxFile::Open(const ImportName& name) {
@@ -156,7 +154,9 @@ std::string XlsxFile::Open(const ImportName& name) {
   if (zip_get_num_entries(zip_.get(), 0) > kMostEntries)
     return "it has more parts than a workbook has";
   if (std::string reason = FindWorkbook(); !reason.empty()) return reason;
-  return FindSheets(name);
+  sheets_.names = workbook_.names;
+  sheets_.hidden = workbook_.hidden;
+  return sheets_.Choose(name);
 }
 
 std::string XlsxFile::FindWorkbook() {
@@ -176,11 +176,6 @@ std::string XlsxFile::FindWorkbook() {
   const std::string relations = folder_ + "_rels/" + part.substr(folder_.size()) + ".rels";
   if (std::string reason = ReadPart(zip_.get(), relations, xml); !reason.empty()) return reason;
   return ReadRelationsPart(xml, relations_) ? "" : "its list of parts is damaged";
-}
-
-std::string XlsxFile::FindSheets(const ImportName& name) {
-  if (workbook_.names.empty()) return "it has no sheets";
-  return ChooseSheets(name.sheets, workbook_.names, workbook_.hidden, chosen_);
 }
 
 std::string XlsxFile::RelatedPart(std::string_view type) const {
@@ -228,21 +223,14 @@ ConversionEnd ConvertXlsx(const ImportName& name, ImportText& text) {
   XlsxFile file;
   if (std::string reason = file.Open(name); !reason.empty()) return ConversionFailed(reason);
   if (std::string reason = file.ReadTables(); !reason.empty()) return ConversionFailed(reason);
-  for (const std::size_t sheet : file.chosen()) {
-    text.BeginSheet(file.sheetName(sheet));
-    if (name.sheets.empty()) text.TellSheets(file.sheets());
-    if (const std::string reason = file.ReadSheet(sheet, text); !reason.empty())
-      return ConversionFailed("sheet \"" + file.sheetName(sheet) + "\": " + reason);
-    text.EndSheet();
-    if (text.broken()) break;
-  }
-  return {};
+  return ConvertSheets(
+      name, file.sheets(),
+      [&file](std::size_t sheet, ImportText& to) { return file.ReadSheet(sheet, to); }, text);
 }
 
 std::string FirstXlsxSheet(const ImportName& name) {
   XlsxFile file;
-  if (!XlsxPartsAreRead() || !file.Open(name).empty() || file.chosen().empty()) return {};
-  return file.sheetName(file.chosen().front());
+  return XlsxPartsAreRead() && file.Open(name).empty() ? file.sheets().first() : "";
 }
 
 }  // namespace flanks

@@ -4,8 +4,8 @@
 #include <array>
 #include <cstring>
 
+#include "base/utf8_text.h"
 #include "output/protected_label.h"
-#include "output/tab_text.h"
 #include "report/format/clip_field.h"
 #include "report/format/row_digits.h"
 
@@ -78,7 +78,7 @@ void AppendLabel(std::string& row, const RowForm& form, std::string_view label, 
 
 std::string PageText(std::string_view text) {
   std::string page, kept;
-  for (const char c : Utf8Cell(text, kept)) {
+  for (const char c : Utf8Text(text, kept)) {
     switch (c) {
       case '&':
         page += "&amp;";

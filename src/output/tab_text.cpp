@@ -1,7 +1,6 @@
 #include "output/tab_text.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <chrono>
 #include <ctime>
@@ -10,60 +9,12 @@
 
 #include "base/text.h"
 #include "base/utf8.h"
+#include "base/utf8_text.h"
 
 namespace flanks {
 namespace {
 
 constexpr std::int64_t kRowsBetweenLooks = 1024;  // at whether the work is stopped
-
-// Windows-1252 from 0x80 to 0x9F; 0 where the code page has no character.
-constexpr std::array<char32_t, 32> kUpperControls = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
-
-void AppendUtf8(std::string& text, char32_t code) {
-  const auto put = [&text](char32_t byte) { text += static_cast<char>(byte); };
-  if (code < 0x80) return put(code);
-  if (code < 0x800) {
-    put(0xC0 | (code >> 6));
-    return put(0x80 | (code & 0x3F));
-  }
-  put(0xE0 | (code >> 12));
-  put(0x80 | ((code >> 6) & 0x3F));
-  put(0x80 | (code & 0x3F));
-}
-
-unsigned char ByteAt(std::string_view text, std::size_t at) {
-  return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
-}
-
-// The length of the well-formed character at `at` (The Unicode Standard, table 3-7), 0 for none.
-// U+FFFE and U+FFFF, which XML refuses, are none either.
-std::size_t CharacterLength(std::string_view text, std::size_t at) {
-  const unsigned char lead = ByteAt(text, at), second = ByteAt(text, at + 1);
-  const auto follows = [&](std::size_t i) { return (ByteAt(text, at + i) & 0xC0) == 0x80; };
-  if (lead < 0x80) return 1;
-  if (lead < 0xC2 || lead > 0xF4 || !follows(1)) return 0;
-  if (lead < 0xE0) return 2;
-  if (!follows(2)) return 0;
-  if (lead < 0xF0) {
-    const bool overlong = lead == 0xE0 && second < 0xA0, surrogate = lead == 0xED && second > 0x9F;
-    const bool nonCharacter = lead == 0xEF && second == 0xBF && ByteAt(text, at + 2) > 0xBD;
-    return overlong || surrogate || nonCharacter ? 0 : 3;
-  }
-  const bool overlong = lead == 0xF0 && second < 0x90, tooLarge = lead == 0xF4 && second > 0x8F;
-  return overlong || tooLarge || !follows(3) ? 0 : 4;
-}
-
-bool IsWellFormed(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t length = text[at] == '\0' ? 0 : CharacterLength(text, at);
-    if (length == 0) return false;
-    at += length;
-  }
-  return true;
-}
 
 int DecimalsOf(std::string_view number) {
   const std::size_t point = number.find('.');
@@ -102,22 +53,10 @@ std::optional<double> CellNumber(std::string_view cell) {
   return value;
 }
 
-std::string_view Utf8Cell(std::string_view cell, std::string& kept) {
-  if (IsWellFormed(cell)) return cell;
-  kept.clear();
-  for (const char c : cell) {
-    const auto byte = static_cast<unsigned char>(c);
-    char32_t code = byte;
-    if (byte >= 0x80 && byte < 0xA0) code = kUpperControls[byte - 0x80U];
-    AppendUtf8(kept, code == 0 ? U'?' : code);
-  }
-  return kept;
-}
-
 FileStamp MakeFileStamp(const std::string& title) {
   FileStamp stamp;
   std::string kept;
-  stamp.title = Utf8Cell(title, kept);
+  stamp.title = Utf8Text(title, kept);
   stamp.program = "Flanks " FLANKS_VERSION;
   stamp.time = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
   return stamp;
@@ -149,7 +88,7 @@ bool TabText::ReadRow() {
   std::string kept;
   for (std::size_t from = 0, end = 0; end != std::string_view::npos; from = end + 1) {
     end = line.find('\t', from);
-    std::string_view cell = Utf8Cell(line.substr(from, end - from), kept);
+    std::string_view cell = Utf8Text(line.substr(from, end - from), kept);
     // What was made anew must outlive the next cell.
     if (cell.data() == kept.data()) cell = repaired_.emplace_back(cell);
     cells_.push_back(cell);

@@ -36,10 +36,6 @@ constexpr std::string_view kTooLargeMark = "???";
 // The number that all of `cell` is, as a Table writes it: sign, digits, point, exponent.
 std::optional<double> CellNumber(std::string_view cell);
 
-// The cell in UTF-8: as it is, or, where it is no UTF-8, taken for the Windows code page 1252.
-// `kept` holds what had to be made anew.
-std::string_view Utf8Cell(std::string_view cell, std::string& kept);
-
 // The analysis as the properties of a file name it.
 struct FileStamp {
   std::string title;

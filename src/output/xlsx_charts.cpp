@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/utf8.h"
+#include "base/utf8_text.h"
 #include "output/xlsx_book.h"
 #include "output/xlsx_writer.h"
 
@@ -49,7 +50,7 @@ class SheetOfCharts {
 
   void WriteText(lxw_row_t row, lxw_col_t column, const std::string& text, lxw_format* format) {
     std::string kept;
-    const std::string shown(Utf8Cell(text, kept));
+    const std::string shown(Utf8Text(text, kept));
     XlsxBook::Check(worksheet_write_string(sheet_, row, column, shown.c_str(), format));
   }
 
@@ -127,9 +128,9 @@ class SheetOfCharts {
 
   void NameParts(lxw_chart& chart) {
     std::string kept;
-    chart_title_set_name(&chart, std::string(Utf8Cell(table_.title, kept)).c_str());
-    chart_axis_set_name(chart.x_axis, std::string(Utf8Cell(table_.categoryAxis, kept)).c_str());
-    chart_axis_set_name(chart.y_axis, std::string(Utf8Cell(table_.valueAxis, kept)).c_str());
+    chart_title_set_name(&chart, std::string(Utf8Text(table_.title, kept)).c_str());
+    chart_axis_set_name(chart.x_axis, std::string(Utf8Text(table_.categoryAxis, kept)).c_str());
+    chart_axis_set_name(chart.y_axis, std::string(Utf8Text(table_.valueAxis, kept)).c_str());
     lxw_chart_line grid{};
     constexpr lxw_color_t kLightGrey = 0xD9D9D9;
     grid.color = kLightGrey;

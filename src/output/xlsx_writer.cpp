@@ -7,6 +7,7 @@
 #include "base/shown_text.h"
 #include "base/text.h"
 #include "base/utf8.h"
+#include "base/utf8_text.h"
 #include "output/xlsx_book.h"
 
 namespace flanks {
@@ -14,7 +15,7 @@ namespace flanks {
 std::string SheetName(const std::string& name) {
   constexpr std::size_t kLongest = 31;
   std::string kept;
-  std::string sheet(Utf8Cell(name, kept));
+  std::string sheet(Utf8Text(name, kept));
   for (char& c : sheet)
     if (std::string_view("[]:*?/\\").find(c) != std::string_view::npos) c = '_';
   // Bytes, of which there are never fewer than characters.

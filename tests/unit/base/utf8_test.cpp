@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
+
+#include "base/utf8_text.h"
 
 namespace flanks {
 namespace {
@@ -70,6 +73,36 @@ TEST(DisplayWidth, TakesFourBytesForAnUnknownLeadThatTheUserVouchesFor) {
                          "abcde",
                          Utf8Encoded::yes),
             3);
+}
+
+TEST(Utf8Text, TakesOtherBytesForTheWindowsCodePage) {
+  std::string kept;
+  EXPECT_EQ(Utf8Text("M\xC3\xBCller \xF0\x9F\x8E\xA8", kept), "M\xC3\xBCller \xF0\x9F\x8E\xA8");
+  EXPECT_EQ(Utf8Text("M\xFCller \x80 \x93", kept), "M\xC3\xBCller \xE2\x82\xAC \xE2\x80\x9C");
+  EXPECT_EQ(Utf8Text("a\x81z", kept), "a?z") << "no character of the code page";
+  // No characters of Unicode: a surrogate, an overlong form, U+FFFF, code 0.
+  EXPECT_EQ(Utf8Text("\xED\xA0\x80", kept), "\xC3\xAD\xC2\xA0\xE2\x82\xAC");
+  EXPECT_EQ(Utf8Text("\xC0\x80", kept), "\xC3\x80\xE2\x82\xAC");
+  EXPECT_EQ(Utf8Text("\xEF\xBF\xBF", kept), "\xC3\xAF\xC2\xBF\xC2\xBF");
+  EXPECT_EQ(Utf8Text(std::string_view("a\0z", 3), kept), "a?z");
+}
+
+TEST(AppendUtf8, WritesEachCharacterOfUnicode) {
+  const std::pair<char32_t, const char*> cases[] = {{0x7F, "\x7F"},
+                                                    {0x80, "\xC2\x80"},
+                                                    {0x7FF, "\xDF\xBF"},
+                                                    {0x800, "\xE0\xA0\x80"},
+                                                    {0xFFFF, "\xEF\xBF\xBF"},
+                                                    {0x10000, "\xF0\x90\x80\x80"},
+                                                    {0x10FFFF, "\xF4\x8F\xBF\xBF"},
+                                                    {0x110000, "?"},
+                                                    {0xD800, "?"},
+                                                    {0xDFFF, "?"}};
+  for (const auto& [code, expected] : cases) {
+    std::string text;
+    AppendUtf8(code, text);
+    EXPECT_EQ(text, expected) << static_cast<unsigned>(code);
+  }
 }
 
 }  // namespace

@@ -6,8 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "import/compound_file.h"
 #include "import/conversion.h"
+#include "import/import_text.h"
 #include "import/unpacked_file.h"
+#include "import/xls_records.h"
+#include "import/xls_strings.h"
 #include "support/flanks_sandbox.h"
 #include "support/import_files.h"
 #include "support/scratch_folder.h"
@@ -182,7 +186,7 @@ TEST(XlsxTable, AChartHasNoRows) {
 // ---- xls
 
 TEST(XlsTable, EveryKindOfCell) {
-  // Made with LibreOffice: a hidden sheet "Notes", then "Marks" and "Two words".
+  // Made with LibreOffice: sheets "Notes", "Marks" and "Two words".
   const Converted converted = Convert("kinds.xls(2)", Stored("kinds.xls"));
   EXPECT_EQ(converted.end.text, "");
   EXPECT_EQ(converted.text,
@@ -191,6 +195,97 @@ TEST(XlsTable, EveryKindOfCell) {
             "sheet \"Two words\", row 2, column B: #DIV/0!");
   EXPECT_THAT(Convert("kinds.xls(x)", Stored("kinds.xls")).end.text,
               HasSubstr("only \"Notes\", \"Marks\", \"Two words\""));
+}
+
+TEST(XlsTable, AWorkbookWithAnEmptyTextIsReadToo) {
+  // Made with LibreOffice: FreeXL does not open it, for B2, D3 and A2 of "Errors" are texts of no
+  // letter.
+  const Converted converted = Convert("d.xls", Stored("empty-text.xls"));
+  EXPECT_EQ(converted.end.text, "");
+  EXPECT_EQ(converted.text,
+            "Person\tRater\tMark\tNote\n"
+            "Zo\xC3\xAB \xF0\x9F\x98\x80\t\t2.5\tx\n"
+            "12\t7\t-3\n"
+            "0.01\t10000000000\t1\t2024-03-01\n"
+            "ab\t0.125\t123456.78\t\xCE\xA9 wide\n"
+            "\t\t1\t2\t3\t4\n");
+  EXPECT_THAT(converted.told, ElementsAre("Sheet \"M\xC3\xA4rks\" is read.  The file has 1 more."));
+  EXPECT_EQ(Convert("d.xls(Errors)", Stored("empty-text.xls")).end.text,
+            "sheet \"Errors\", row 2, column B: #DIV/0!");
+}
+
+// What FreeXL reads is the same read record by record.
+TEST(XlsTable, AllCellsAreInItsRecords) {
+  const XlsContents contents =
+      ReadXlsRecords(WorkbookStream(Stored("painters.xls")), XlsCells::all);
+  ASSERT_EQ(contents.sheets.size(), 1u);
+  std::string written;
+  const ConversionWatch watch;
+  ImportText text({99, ""}, watch, [&](std::string_view piece) {
+    written += piece;
+    return true;
+  });
+  text.BeginSheet("");
+  std::uint32_t row = 0;
+  for (const XlsValue& value : contents.sheets[0].values) {
+    if (value.row + 1 != row) {
+      if (row > 0) text.EndRow();
+      text.BeginRow(row = value.row + 1);
+    }
+    const int column = static_cast<int>(value.column) + 1;
+    if (value.kind == XlsValue::Kind::number)
+      text.AddNumber(column, value.number);
+    else
+      text.AddText(column, contents.texts[value.text]);
+  }
+  text.EndRow();
+  text.EndSheet();
+  EXPECT_TRUE(text.Finish().done());
+  EXPECT_EQ(CutLines(written), Convert("d.xls", Stored("painters.xls")).text);
+}
+
+// "Ann", then "Zo\xC3\xAB" with a run of formats and bytes of an extension, then an empty text, in
+// pieces that are cut at each place where a workbook may cut them.
+TEST(XlsTable, SharedStringsMayBeCut) {
+  const std::string ann("\3\0\0Ann", 6), empty("\0\0\0", 3);
+  const std::string zoe("\3\0\x0D\1\0\2\0\0\0Z\0o\0\xEB\0runsex", 21);
+  const std::string all = ann + zoe + empty;
+  const auto expected = ElementsAre("Ann", "Zo\xC3\xAB", "");
+  EXPECT_THAT(ReadSharedStrings({all}, 3), expected);
+  EXPECT_THAT(ReadSharedStrings({all}, 2), ElementsAre("Ann", "Zo\xC3\xAB"));
+  for (std::size_t cut = 1; cut < all.size(); ++cut) {
+    const std::size_t letter = ann.size() + 9;  // the first of Zo\xC3\xAB
+    const bool inAnn = cut >= 3 && cut < ann.size();
+    const bool inZoe = cut >= letter && cut < letter + 6;
+    if (inZoe && (cut - letter) % 2 == 1) continue;  // no letter is cut
+    const std::string flags = inAnn ? std::string(1, '\0') : inZoe ? "\1" : "";
+    const std::string rest = flags + all.substr(cut);
+    EXPECT_THAT(ReadSharedStrings({std::string_view(all).substr(0, cut), rest}, 3), expected)
+        << cut;
+  }
+  // The letters behind a cut may have another width; half of a pair at its end finds the other.
+  const std::string wide("\2\0\1\x3D\xD8", 5), on("\1\0\xDE", 3), narrow("\2\0\1Z\0", 5);
+  EXPECT_THAT(ReadSharedStrings({wide, on}, 1), ElementsAre("\xF0\x9F\x98\x80"));
+  const std::string_view byte("\0\xEB", 2);
+  EXPECT_THAT(ReadSharedStrings({narrow, byte}, 1), ElementsAre("Z\xC3\xAB"));
+  EXPECT_THAT(ReadSharedStrings({wide}, 9), ElementsAre("?"));
+  EXPECT_THAT(ReadSharedStrings({}, 9), ElementsAre());
+}
+
+// The entry of a sheet: record 0085, its length, where it begins, whether it is hidden, its kind,
+// the length of its name and how it is written, the name.
+TEST(XlsTable, AHiddenSheetIsPassedOver) {
+  std::string bytes = Stored("kinds.xls");
+  const Converted shown = Convert("kinds.xls", bytes);
+  EXPECT_EQ(shown.text, "not data\n");
+  EXPECT_THAT(shown.told, ElementsAre("Sheet \"Notes\" is read.  The file has 2 more."));
+  const std::size_t name = bytes.find("Notes");
+  ASSERT_EQ(bytes.substr(name - 12, 2), std::string("\x85\0", 2));
+  bytes[name - 4] = 1;
+  const Converted hidden = Convert("kinds.xls", bytes);
+  EXPECT_EQ(hidden.text, Convert("kinds.xls(Marks)", bytes).text);
+  EXPECT_THAT(hidden.told, ElementsAre("Sheet \"Marks\" is read.  The file has 2 more."));
+  EXPECT_THAT(Convert("kinds.xls(Marks)", bytes).told, ElementsAre());
 }
 
 TEST(XlsTable, WhatIsNoWorkbookIsRefused) {
@@ -256,6 +351,13 @@ TEST(RdataTable, FilesThatRSaved) {
                                             "more."))
         << name;
   }
+}
+
+TEST(RdataTable, TextsInTheWindowsCodePageBecomeUtf8) {
+  // Saved with R 4.2: texts, labels of a factor and the name of a column marked as Latin-1.
+  EXPECT_EQ(Convert("d.rda", Stored("latin1.rda")).text,
+            "; words\tpr\xC3\xBC"
+            "fer\tmark\nZo\xC3\xAB\tAndr\xC3\xA9\t3\nM\xC3\xBCller\tAnn\t4\n");
 }
 
 TEST(RdataTable, WhatHasNoDataFrameIsRefused) {

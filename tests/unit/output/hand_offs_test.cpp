@@ -58,18 +58,6 @@ TEST(CellNumber, IsAllOfTheCell) {
     EXPECT_FALSE(CellNumber(text)) << text;
 }
 
-TEST(Utf8Cell, TakesOtherBytesForTheWindowsCodePage) {
-  std::string kept;
-  EXPECT_EQ(Utf8Cell("M\xC3\xBCller \xF0\x9F\x8E\xA8", kept), "M\xC3\xBCller \xF0\x9F\x8E\xA8");
-  EXPECT_EQ(Utf8Cell("M\xFCller \x80 \x93", kept), "M\xC3\xBCller \xE2\x82\xAC \xE2\x80\x9C");
-  EXPECT_EQ(Utf8Cell("a\x81z", kept), "a?z") << "no character of the code page";
-  // No characters of Unicode: a surrogate, an overlong form, U+FFFF, code 0.
-  EXPECT_EQ(Utf8Cell("\xED\xA0\x80", kept), "\xC3\xAD\xC2\xA0\xE2\x82\xAC");
-  EXPECT_EQ(Utf8Cell("\xC0\x80", kept), "\xC3\x80\xE2\x82\xAC");
-  EXPECT_EQ(Utf8Cell("\xEF\xBF\xBF", kept), "\xC3\xAF\xC2\xBF\xC2\xBF");
-  EXPECT_EQ(Utf8Cell(std::string_view("a\0z", 3), kept), "a?z");
-}
-
 TEST(TabText, GivesTheCellsAsTheyStand) {
   const ScratchFolder folder;
   TabText text({.name = folder.write("a.txt", "\"a\"\t b \t\"\n\n'd'\t7")});
