@@ -104,6 +104,7 @@ void DataMessages::TellUnspecified(const FirstUnspecified& first, const DataLine
                     processed = ShownPiece(line.Processed(), place.original);
   console_.WarnLine("In data: " + original);
   if (processed != original) console_.WarnLine("Processed: " + processed);
+  TellPlaceInSource(place, first.position.number());
 }
 
 void DataMessages::TellExcess(int count, const LinePlace& place) {
@@ -111,15 +112,24 @@ void DataMessages::TellExcess(int count, const LinePlace& place) {
   console_.WarnLine(PlaceText(0, place));
   console_.WarnLine(Shown(place.original));
   console_.WarnLine(JoinNumber(message::kExcessResponses, count) + " excess responses ignored");
+  TellPlaceInSource(place, 0);
 }
 
-void DataMessages::TellInvalid(std::string_view datum, const DataLine& line,
-                               const LineElements& elements, const LinePlace& place) {
+void DataMessages::TellInvalid(int field, const DataLine& line, const LineElements& elements,
+                               const LinePlace& place) {
   if (invalidTold_ >= kInvalidDataTold) return;
   ++invalidTold_;
   console_.WarnLine(std::string(message::kInvalidDatum) + ElementList(line, elements) +
-                    JoinNumber(" at or near line", place.number) + ". Datum " + Shown(datum) +
+                    JoinNumber(" at or near line", place.number) + ". Datum " +
+                    Shown(line.Field(field)) +
                     " is too big or not a positive integer, treated as missing.");
+  TellPlaceInSource(place, field);
+}
+
+void DataMessages::TellPlaceInSource(const LinePlace& place, int field) {
+  if (!placeInSource_) return;
+  if (const std::string text = placeInSource_(place.number, field); !text.empty())
+    console_.WarnLine("  See " + text + ".");
 }
 
 FaultParticulars DataMessages::ParticularsOf(const LineProblem& problem,

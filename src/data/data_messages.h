@@ -9,6 +9,7 @@
 #define FLANKS_DATA_DATA_MESSAGES_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -31,22 +32,28 @@ struct LinePlace {
   std::int64_t number = 0;
 };
 
+// Where a field of a line stands in the file that the text was made of, `row 12, column B of sheet
+// "Marks"`; of the whole line for field 0.  Empty where the user wrote the text.
+using PlaceInSource = std::function<std::string(std::int64_t lineNumber, int field)>;
+
 class DataMessages {
  public:
   DataMessages(const Design& design, const Settings& settings, Console& console, Dialogs& dialogs,
-               std::string fileName)
+               std::string fileName, const PlaceInSource& placeInSource)
       : design_(design),
         settings_(settings),
         console_(console),
         dialogs_(dialogs),
-        fileName_(std::move(fileName)) {}
+        fileName_(std::move(fileName)),
+        placeInSource_(placeInSource) {}
 
   void ShowFirstLine(const LinePlace& place);
   void ShowProcessed(const DataLine& line, const LineElements& elements);
 
   void TellUnspecified(const FirstUnspecified& first, const DataLine& line, const LinePlace& place);
   void TellExcess(int count, const LinePlace& place);
-  void TellInvalid(std::string_view datum, const DataLine& line, const LineElements& elements,
+  // The datum stands in the line's field of this number.
+  void TellInvalid(int field, const DataLine& line, const LineElements& elements,
                    const LinePlace& place);
 
   // The particulars of a fault in a line.
@@ -67,6 +74,7 @@ class DataMessages {
 
  private:
   std::string PlaceText(int position, const LinePlace& place) const;
+  void TellPlaceInSource(const LinePlace& place, int field);
   std::string ElementText(DataPosition position, const DataLine& line,
                           const LineElements& elements) const;
   void ShowDatum(const std::string& text, int datumNumber);
@@ -76,6 +84,7 @@ class DataMessages {
   Console& console_;
   Dialogs& dialogs_;
   std::string fileName_;
+  PlaceInSource placeInSource_;
   int invalidTold_ = 0;
   bool excessTold_ = false;
 };

@@ -80,7 +80,8 @@ DataPass::DataPass(const DataPassParts& parts, SpecificationSource& source, Plai
       resolver_(parts.design, parts.settings.NullElement, rules_, finder_, labels_, parts.counts),
       structures_(parts.design, parts.structures),
       categories_(parts.design),
-      messages_(parts.design, parts.settings, parts.console, parts.dialogs, source.name()),
+      messages_(parts.design, parts.settings, parts.console, parts.dialogs, source.name(),
+                parts.placeInSource),
       linesUntilTick_(kLinesBetweenTicks) {
   const Design& design = parts_.design;
   parts_.counts.ModelCounter.assign(design.ModelLast + 1, 0);
@@ -273,11 +274,12 @@ void DataPass::ReadResponses(int fieldCount) {
       resolver_.TakeRangeElement(static_cast<std::size_t>(datumNumber_ - 1), line_, elements_);
       searched_ = false;
     }
-    ReadResponse(line_.Field(field));
+    ReadResponse(field);
   }
 }
 
-void DataPass::ReadResponse(std::string_view text) {
+void DataPass::ReadResponse(int field) {
+  const std::string_view text = line_.Field(field);
   DataCounts& counts = parts_.counts;
   const std::int32_t line = eventLine();
   if (text.empty() || IsListed(parts_.settings.Missing, text)) {
@@ -291,7 +293,7 @@ void DataPass::ReadResponse(std::string_view text) {
       break;
     case ResponseFate::invalid:
       counts.InvalidResponses.add(line);
-      messages_.TellInvalid(text, line_, elements_, place());
+      messages_.TellInvalid(field, line_, elements_, place());
       break;
     case ResponseFate::negative:
       counts.NegativeResponses.add(line);
@@ -364,8 +366,10 @@ bool OpenDataFile(Run& run, SpecificationSource& source) {
   return true;
 }
 
-void ReadSource(Run& run, SpecificationSource& source) {
-  DataPass pass(DataPassPartsOf(run), source, PlainLines::shortCut);
+void ReadSource(Run& run, SpecificationSource& source, const PlaceInSource& placeInSource) {
+  DataPassParts parts = DataPassPartsOf(run);
+  parts.placeInSource = placeInSource;
+  DataPass pass(parts, source, PlainLines::shortCut);
   run.at = "reading the data";
   pass.ReadLines();
   if (Halted(run)) return;
@@ -385,15 +389,19 @@ const std::string& DataName(const Settings& settings) {
 }
 
 void ReadData(Run& run) {
+  ReadImportedData(run, {});
+}
+
+void ReadImportedData(Run& run, const PlaceInSource& placeInSource) {
   Analysis& analysis = run.analysis;
   const bool inlineData = analysis.settings.dataSource == DataSource::inlineData;
   run.console.ShowAndWrite("Assigning models to Data= " + InQuotes(DataName(analysis.settings)));
   run.process.control.QueryMode = analysis.settings.Query;
   if (inlineData) {
-    if (analysis.specification.source) ReadSource(run, *analysis.specification.source);
+    if (analysis.specification.source) ReadSource(run, *analysis.specification.source, {});
   } else {
     SpecificationSource source;
-    if (OpenDataFile(run, source)) ReadSource(run, source);
+    if (OpenDataFile(run, source)) ReadSource(run, source, placeInSource);
   }
   run.process.control.QueryMode = false;
 }

@@ -34,9 +34,11 @@
 
 namespace flanks {
 
-// Step: opens the data source and reads it: the lines of the Specification, a file, or the text that
-// the importer made of one.  Faults: fileNotFound, badFileFormat, and those of data lines.
+// Step: opens the data source and reads it: the lines of the Specification, a file, or the text
+// that the importer made of one.  Faults: fileNotFound, badFileFormat, and those of data lines.
 void ReadData(Run& run);
+// The same of an imported text, whose lines stand elsewhere.
+void ReadImportedData(Run& run, const PlaceInSource& placeInSource);
 
 // The file that the data stand in, as the user named it.
 const std::string& DataName(const Settings& settings);
@@ -52,6 +54,7 @@ struct DataPassParts {
   WorkFiles& work;
   Console& console;
   Dialogs& dialogs;
+  PlaceInSource placeInSource = {};
 };
 DataPassParts DataPassPartsOf(Run& run);
 
@@ -76,7 +79,7 @@ class DataPass {
   bool ReadLine(std::string_view text);
   int FieldsInUse();
   void ReadResponses(int fieldCount);
-  void ReadResponse(std::string_view text);
+  void ReadResponse(int field);
   ResponseFate MatchResponse(std::string_view text);
   void WriteRecords(ModelRow model, std::int32_t category);
   bool Fail(const LineProblem& problem);

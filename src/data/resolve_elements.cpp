@@ -37,6 +37,7 @@ ElementResolver::ElementResolver(const Design& design, std::int64_t nullElement,
 
 void ElementResolver::MakePlan(DataPosition position) {
   PositionPlan& plan = plans_[position];
+  plan.position = position;
   plan.flank = design_.maps.EntryMap[position];
   plan.active = design_.maps.ActiveMap[position];
   plan.inUse = plan.flank.number() > 0 && plan.active.number() > 0 &&
@@ -275,7 +276,8 @@ FoundIdentifier ElementResolver::Unspecified(const PositionPlan& plan, std::int3
     unspecified_.AddLabel(plan.flank, text);
   else
     unspecified_.AddNumber(plan.flank, number, text);
-  if (!first_ && !firstTaken_) first_ = FirstUnspecified{plan.flank, std::string(text), byLabel};
+  if (!first_ && !firstTaken_)
+    first_ = FirstUnspecified{plan.flank, plan.position, std::string(text), byLabel};
   return {number, plan.emptyFlank ? kStatusEmptyFlank : kStatusUnspecified};
 }
 

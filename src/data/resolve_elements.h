@@ -44,6 +44,7 @@ struct LineProblem {
 // The first unspecified element of a run.
 struct FirstUnspecified {
   FlankNo flank;
+  DataPosition position;
   std::string identifier;
   bool byLabel = false;
 };
@@ -93,6 +94,7 @@ class ElementResolver {
 
   // What is known of a data position before any line is read.
   struct PositionPlan {
+    DataPosition position;
     FlankNo flank;    // no row: the position is not used
     Position active;  // no row: it is not active
     bool inUse = false;

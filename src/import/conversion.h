@@ -18,8 +18,9 @@ namespace flanks {
 
 // What an imported line looks like; for telling a heading from data.
 struct HeadingRule {
-  int elementColumns = 0;  // columns in front of the first response
-  std::string codes;       // `Missing=` and what scales recode, a comma before and after each
+  int elementColumns = 0;        // columns in front of the first response
+  std::string codes;             // `Missing=` and what scales recode, a comma before and after each
+  std::string replication = {};  // the text of `Replication=`, of which "R2" begins a line
 };
 
 struct ConversionRequest {

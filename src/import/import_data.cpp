@@ -7,7 +7,7 @@
 #include <system_error>
 #include <vector>
 
-#include "base/text.h"
+#include "base/text_file.h"
 #include "import/conversion_child.h"
 #include "import/import_text.h"
 #include "run/analysis.h"
@@ -29,6 +29,7 @@ HeadingRule HeadingRuleOf(const Analysis& analysis) {
   for (const DvalueEntry& entry : analysis.settings.Dvalues)
     if (entry.position >= 1 && entry.position <= analysis.design.DataFlankCount)
       --rule.elementColumns;
+  rule.replication = analysis.settings.Replication;
   rule.codes = analysis.settings.Missing;
   if (!rule.codes.ends_with(',')) rule.codes += ',';
   for (const ScaleDefinition& scale : analysis.design.scales)
@@ -65,15 +66,15 @@ std::string FirstSheet(const ImportName& name) {
       .text;
 }
 
-// The column that a data position is read from.
-int ColumnOf(int position, std::string_view line, const Settings& settings) {
-  int column = position;
-  for (const DvalueEntry& entry : settings.Dvalues)
-    if (entry.position >= 1 && entry.position < position) --column;
-  const std::size_t letters = settings.Replication.size();
-  const bool replicated = UpperCase(line.substr(0, letters)) == settings.Replication &&
-                          line.size() > letters && IsDigit(line[letters]);
-  return replicated ? column + 1 : column;
+// The column that a field is read from; 0 for one that `Dvalues=` gives.
+int ColumnOf(int field, std::string_view line, const Settings& settings) {
+  int column = field;
+  for (const DvalueEntry& entry : settings.Dvalues) {
+    if (entry.position == field) return 0;
+    if (entry.position >= 1 && entry.position < field) --column;
+  }
+  if (line.find('\t') == std::string_view::npos) return 1;  // split at the blanks of its one cell
+  return BeginsWithReplication(line, settings.Replication) ? column + 1 : column;
 }
 
 bool Fail(Run& run, Fault fault, const std::string& text) {
@@ -93,6 +94,19 @@ ConversionEnd Convert(Run& run, const ConversionRequest& request) {
   run.console.TickEnd();
   for (const std::string& line : told) run.console.WarnLine(line);
   return end;
+}
+
+// A file of a kind that is not read, but that its program can save as one that is.  A text may have
+// such a name, too.
+void RefuseOtherKind(Run& run) {
+  const Settings& settings = run.analysis.settings;
+  const std::string_view ending = EndingToSaveAs(settings.dataFile);
+  if (ending.empty()) return;
+  if (!CheckTextFile(FindFileToRead(settings.dataFile, settings.specificationFile)).refused())
+    return;
+  run.console.WarnLine("Conversion failed: " + settings.dataFile +
+                       ": such files are not read. Please save it as " + std::string(ending) + ".");
+  Fail(run, Fault::badFileFormat, InQuotes(settings.dataFile));
 }
 
 void MakeTemporary(TempFile& file, std::string_view title, std::string_view caller) {
@@ -146,15 +160,16 @@ bool ConvertWithImporter(Run& run, const std::string& sourceName, const std::str
 
 void ImportData(Run& run) {
   const Settings& settings = run.analysis.settings;
-  if (settings.dataSource != DataSource::file || !NeedsImporter(settings.dataFile)) return;
-  run.at = "converting the data";
+  if (settings.dataSource != DataSource::file) return;
   run.analysis.reading.LineNumber = 0;  // a fault is of no line
+  if (!NeedsImporter(settings.dataFile)) return RefuseOtherKind(run);
+  run.at = "converting the data";
   TempFile& text = run.analysis.work.importedData;
   MakeTemporary(text, "imported", "ImportData");
   if (!ConvertWithImporter(run, settings.dataFile, text.name())) text.Remove();
 }
 
-std::string ImportedPlace(Run& run, std::int64_t lineNumber, int position) {
+std::string ImportedPlace(Run& run, std::int64_t lineNumber, int field) {
   const TempFile& text = run.analysis.work.importedData;
   if (!text.exists()) return {};
   const Settings& settings = run.analysis.settings;
@@ -164,7 +179,8 @@ std::string ImportedPlace(Run& run, std::int64_t lineNumber, int position) {
       FindTextPlace(text.name(), sheets ? TextRows::ofSheets : TextRows::ofTable, lineNumber);
   if (place.row < 1) return {};
   std::string told = "row " + std::to_string(place.row);
-  if (position > 0) told += ", column " + ColumnLetters(ColumnOf(position, place.line, settings));
+  if (const int column = field > 0 ? ColumnOf(field, place.line, settings) : 0; column > 0)
+    told += ", column " + ColumnLetters(column);
   if (!sheets) return told;
   return told + " of sheet " + InQuotes(place.sheet.empty() ? FirstSheet(name) : place.sheet);
 }

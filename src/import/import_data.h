@@ -16,7 +16,8 @@ namespace flanks {
 
 // Step: when `Data=` names a file that is no text, makes `importedData` of it.  Faults:
 // fileNotFound when the conversion failed, invalidResponse for a cell with an error,
-// requiredFileNotFound when this program was built without the library that reads such files.
+// requiredFileNotFound when this program was built without the library that reads such files,
+// badFileFormat for a spreadsheet or package file of a kind that is not read.
 void ImportData(Run& run);
 
 // Turns `sourceName` into text in the file `targetName`, which is there.  Tells how it goes; false
@@ -27,9 +28,9 @@ bool ConvertWithImporter(Run& run, const std::string& sourceName, const std::str
 bool TellConversionEnd(Run& run, const std::string& sourceName, const ConversionEnd& end);
 
 // Where a line of the imported text came from: `row 12 of sheet "Marks"`, or "row 12" of a file
-// that has no sheets; with a data position, which 0 is not, `row 12, column B of sheet "Marks"`.
-// Empty when the data were not imported.
-std::string ImportedPlace(Run& run, std::int64_t lineNumber, int position);
+// that has no sheets; with the number of a field, which 0 is not, `row 12, column B of sheet
+// "Marks"`.  Empty when the data were not imported.
+std::string ImportedPlace(Run& run, std::int64_t lineNumber, int field);
 
 }  // namespace flanks
 

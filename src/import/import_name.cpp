@@ -22,6 +22,16 @@ constexpr std::array kEndings = {
     Ending{".RDATA", DataKind::rdata},
 };
 
+// Kinds that are not read, and what their programs can save instead.
+struct OtherEnding {
+  std::string_view text;
+  std::string_view saved;
+};
+constexpr std::array kOtherEndings = {
+    OtherEnding{".XLSM", ".xlsx"}, OtherEnding{".XLSB", ".xlsx"}, OtherEnding{".ODS", ".xlsx"},
+    OtherEnding{".ZSAV", ".sav"},  OtherEnding{".RDS", ".rda"},
+};
+
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
 // The row of the sheet that an item names.
@@ -72,6 +82,13 @@ ImportName ReadImportName(std::string_view name) {
   for (const std::string_view item : CommaFields(list))
     read.sheets.emplace_back(WithoutQuoteMarks(item));
   return read;
+}
+
+std::string_view EndingToSaveAs(std::string_view name) {
+  const std::string upper = UpperCase(name);
+  for (const OtherEnding& ending : kOtherEndings)
+    if (upper.ends_with(ending.text)) return ending.saved;
+  return {};
 }
 
 std::string_view KindWord(DataKind kind) {

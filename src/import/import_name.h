@@ -30,6 +30,10 @@ inline bool NeedsImporter(std::string_view name) {
   return ReadImportName(name).kind != DataKind::text;
 }
 
+// What a file of a kind that is not read can be saved as, by its name: ".xlsx" of "marks.ods".
+// Empty for other names.
+std::string_view EndingToSaveAs(std::string_view name);
+
 // "Excel", "STATA", "SPSS", "SAS", "R data".
 std::string_view KindWord(DataKind kind);
 

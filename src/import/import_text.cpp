@@ -83,6 +83,12 @@ bool ImportText::Row::isComment() const {
   return line.front() == kCommentMark;
 }
 
+bool BeginsWithReplication(std::string_view line, std::string_view replication) {
+  return !replication.empty() && line.size() > replication.size() &&
+         UpperCase(line.substr(0, replication.size())) == replication &&
+         IsDigit(line[replication.size()]);
+}
+
 std::string ColumnLetters(int column) {
   constexpr int kLetters = 26;
   std::string letters;
@@ -132,7 +138,7 @@ void ImportText::EndSheet() {
 }
 
 void ImportText::TellSheets(std::size_t sheets) {
-  if (sheets_ != 1 || sheets < 2) return;
+  if (sheets < 2) return;
   watch_.tell("Sheet \"" + sheet_ + "\" is read.  The file has " + std::to_string(sheets - 1) +
               " more.");
 }
@@ -213,7 +219,9 @@ void ImportText::WriteRow(Row& row) {
   for (; lastRow_ + 1 < row.number; ++lastRow_) WriteLine("");
   lastRow_ = row.number;
   // An empty cell is a response that is missing; a table of one column has lines in its cells.
-  const int width = widest_ > 1 ? std::max(widest_, rule_.elementColumns + 1) : 0;
+  const int needed =
+      rule_.elementColumns + (BeginsWithReplication(row.line, rule_.replication) ? 2 : 1);
+  const int width = widest_ > 1 ? std::max(widest_, needed) : 0;
   if (width > row.columns && !row.isComment() && row.line.front() != kEndMark)
     row.line.append(static_cast<std::size_t>(width - row.columns), '\t');
   WriteLine(row.line);

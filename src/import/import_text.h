@@ -1,7 +1,7 @@
 // The text that imported data become, in the form that the data pass reads:
 //
 //   one line for a row, a tab between cells, as many cells as the widest row so far has, and one
-//   behind the elements at least; a row without any is an empty line
+//   behind replication and elements at least; a row without any is an empty line
 //   whole numbers without a point, others in the shortest form of 15 digits
 //   a comma, semicolon, quote mark, "=" or tab inside a text is a blank: it would split the cell;
 //   several blanks are one
@@ -47,6 +47,9 @@ struct TextPlace {
 };
 enum class TextRows : std::uint8_t { ofSheets, ofTable };
 TextPlace FindTextPlace(const std::string& file, TextRows rows, std::int64_t lineNumber);
+
+// Whether the first cell of a line is a replication, "R2".
+bool BeginsWithReplication(std::string_view line, std::string_view replication);
 
 // "A" for column 1, "AA" for 27.
 std::string ColumnLetters(int column);

@@ -105,6 +105,13 @@ void ReportFault(Run& run) {
     console.WarnLine("  To mend it: " + std::string(cure));
 }
 
+// Messages name the user's file where the data were converted from one.
+void ReadDataOfRun(Run& run) {
+  ReadImportedData(run, [&run](std::int64_t lineNumber, int field) {
+    return ImportedPlace(run, lineNumber, field);
+  });
+}
+
 struct Step {
   const char* name;
   void (*procedure)(Run&);
@@ -191,7 +198,7 @@ constexpr Step kAnalysisSteps[] = {
     {"OpenWorkFiles", OpenWorkFiles},
     {"WriteTable2Head", WriteTable2Head},
     {"ImportData", ImportData},
-    {"ReadData", ReadData},
+    {"ReadData", ReadDataOfRun},
     {"WriteTable2Body", WriteTable2Body},
     {"PrepareEstimates", PrepareEstimates},
     {"CorrelatePointBiserial", CorrelatePointBiserial},
@@ -228,7 +235,7 @@ void RunSteps(std::span<const Step> steps, Run& run) {
     try {
       Guarded(step.name, run, step.procedure);
     } catch (const ProcessEnd&) {
-      if (step.procedure != ReadData) TellPlaceOfEnd(run);  // it reads other lines
+      if (step.procedure != ReadDataOfRun) TellPlaceOfEnd(run);  // it reads other lines
       throw;
     }
     if (Halted(run)) return;

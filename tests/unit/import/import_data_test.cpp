@@ -173,6 +173,19 @@ TEST(ImportData, ACodeThatAScaleRecodesIsNoHeading) {
   EXPECT_THAT(run.Report(), HasSubstr("Valid responses used for estimation = 5\n"));
 }
 
+TEST(ImportData, AMissingCodeIsNoHeading) {
+  AnalysisRun run;
+  run.Write("d.xlsx",
+            XlsxBytes(BookOf("A", TableOf("Ann,x,away\nAnn,y,2\nBob,x,1\nBob,y,3\nAnn,x,2\n"))));
+  const std::string specification =
+      "Title=Codes\nFlanks=2\nDelements=1L,2L\nMissing=away\nModels=?,?,R3\n"
+      "Labels=\n1,P\n1=Ann\n2=Bob\n*\n2,I\n1=x\n2=y\n*\nData=d.xlsx\n";
+  ASSERT_EQ(run.Analyze(specification), 0) << run.Screen();
+  EXPECT_THAT(run.Screen(), Not(HasSubstr("heading")));
+  EXPECT_THAT(run.Report(), HasSubstr("Total lines in data file = 5\n"));
+  EXPECT_THAT(run.Report(), HasSubstr("Valid responses used for estimation = 4\n"));
+}
+
 TEST(ImportData, NamesTheKindOfFile) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"d.xls", "Converting Excel file: \"d.xls\" to \""},
@@ -254,11 +267,86 @@ TEST(ImportData, AFaultOfALineNamesSheetRowAndColumn) {
   EXPECT_THAT(run.Screen(), HasSubstr("Error F231\n  See row 1, column B.\n"));
 }
 
+TEST(ImportData, ChecksAndWarningsNameSheetRowAndColumn) {
+  TestWorkbook book;
+  book.sheets = {
+      {"One", SheetData(TableOf(kMarks)), false},
+      {"Two", SheetData(TableOf("Person,Item,Mark\n1,99,3\nR2,1,1,x\n1-2,1,3,3,3\n")), false}};
+  AnalysisRun run;
+  run.Write("d.xlsx", XlsxBytes(book));
+  EXPECT_EQ(run.Analyze(SpecificationFor("d.xlsx(1,2)")), 0) << run.Screen();
+  for (const char* lines :
+       {"Processed: 1,99,3,,\n  See row 2, column B of sheet \"Two\".\n",
+        "Datum x is too big or not a positive integer, treated as missing.\n"
+        "  See row 3, column D of sheet \"Two\".\n",
+        "Warning (18)! 1 excess responses ignored\n  See row 4 of sheet \"Two\".\n"}) {
+    EXPECT_THAT(run.Screen(), HasSubstr(lines));
+    EXPECT_THAT(run.Report(), HasSubstr(lines));
+  }
+  run.Write("d.xlsx", XlsxBytes(BookOf("Marks", TableOf(kMarks + "5,1,x\n"))));
+  EXPECT_EQ(run.Analyze(SpecificationFor("d.xlsx")), 0) << run.Screen();
+  EXPECT_THAT(run.Screen(), HasSubstr("\n  See row 11, column C of sheet \"Marks\".\n"));
+  AnalysisRun text;
+  text.Write("d.txt", kMarks + "5,1,x\n");
+  EXPECT_EQ(text.Analyze(SpecificationFor("d.txt")), 0);
+  EXPECT_THAT(text.Screen(), HasSubstr("treated as missing.\nTotal lines in data file"));
+}
+
+TEST(ImportData, AKindOfFileThatIsNotReadTellsAsWhatToSaveIt) {
+  const std::string zip = XlsxBytes(BookOf("A", TableOf(kMarks)));
+  const std::vector<std::pair<std::string, const char*>> cases = {
+      {"d.xlsm", ".xlsx"}, {"d.ODS", ".xlsx"}, {"d.zsav", ".sav"}};
+  for (const auto& [name, ending] : cases) {
+    AnalysisRun run;
+    run.Write(name, name == "d.zsav" ? std::string("$FL3@(#)\2\0\0\0\n", 13) : zip);
+    EXPECT_EQ(run.Analyze(SpecificationFor(name)), 1);
+    EXPECT_THAT(run.Screen(), HasSubstr("Conversion failed: " + name +
+                                        ": such files are not read. Please save it as " + ending +
+                                        ".\n\"" + name + "\" Invalid file format: "));
+    EXPECT_THAT(run.Report(), HasSubstr("Error F44\n"));
+  }
+  // A text may be called so.
+  AnalysisRun run;
+  run.Write("d.ods", kMarks);
+  EXPECT_EQ(run.Analyze(SpecificationFor("d.ods")), 0) << run.Screen();
+}
+
+// In a sheet of which only a row far below has a cell more, the rows above it are not as wide: the
+// responses that they lack are missing all the same, and only uncounted.
+TEST(ImportData, AWideRowFarBelowChangesNoResponse) {
+  std::string narrow, wide;
+  for (int row = 1; row <= 60; ++row) {
+    const std::string cells = "1-3," + std::to_string(row % 9 + 1) + "," + std::to_string(row % 6) +
+                              "," + std::to_string(row % 5);
+    narrow += cells + (row == 58 ? ",4\n" : "\n");
+    wide += cells + (row == 58 ? ",4\n" : ",\n");
+  }
+  AnalysisRun sheet, text;
+  sheet.Write("d.xlsx", XlsxBytes(BookOf("A", TableOf(narrow))));
+  ASSERT_EQ(sheet.Analyze(SpecificationFor("d.xlsx")), 0) << sheet.Screen();
+  text.Write("d.txt", wide);
+  ASSERT_EQ(text.Analyze(SpecificationFor("d.txt")), 0) << text.Screen();
+  // 60 rows less that of the fourth cell: all lack a response, the last two with a cell for it.
+  EXPECT_THAT(text.Report(), HasSubstr("Number of missing-null observations = 59 "));
+  EXPECT_THAT(sheet.Report(), HasSubstr("Number of missing-null observations = 2 "));
+  const auto measures = [](const AnalysisRun& run) {
+    const std::string report = run.Report();
+    return report.substr(report.find("Table 3"));
+  };
+  EXPECT_EQ(measures(sheet), measures(text));
+}
+
 TEST(ImportData, ColumnsAreThoseOfTheFileWithDvaluesAndReplications) {
   AnalysisRun run;
   run.Write("d.xlsx", XlsxBytes(BookOf("A", TableOf("1,3\nR2,x,3\n"))));
   EXPECT_EQ(run.Analyze(kTwoFlanks + "Dvalues=\n1,1\n*\nData=d.xlsx\n"), 1);
   EXPECT_THAT(run.Screen(), HasSubstr("See row 2, column B of sheet \"A\".\n"));
+  // A value of Dvalues= has no column; all fields of a lone cell have its column.
+  EXPECT_EQ(run.Analyze(kTwoFlanks + "Dvalues=\n1,x\n*\nData=d.xlsx\n"), 1);
+  EXPECT_THAT(run.Screen(), HasSubstr("See row 1 of sheet \"A\".\n"));
+  run.Write("d.xlsx", XlsxBytes(BookOf("A", {{"1 x 3"}})));
+  EXPECT_EQ(run.Analyze(SpecificationFor("d.xlsx")), 1);
+  EXPECT_THAT(run.Screen(), HasSubstr("See row 1, column A of sheet \"A\".\n"));
 }
 
 TEST(ImportData, AStarEndsTheDataAndLinesBehindItAreTold) {

@@ -63,6 +63,13 @@ TEST(ImportName, SheetsAreChosenByNameThenByNumber) {
               HasSubstr("no sheet"));
 }
 
+TEST(ImportName, OtherKindsCanBeSavedAsOnesThatAreRead) {
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"d.xlsm", ".xlsx"}, {"d.XLSB", ".xlsx"}, {"d.ods", ".xlsx"}, {"d.zsav", ".sav"},
+      {"d.Rds", ".rda"},   {"d.xlsx", ""},      {"d.txt", ""},      {"ods", ""}};
+  for (const auto& [name, ending] : cases) EXPECT_EQ(EndingToSaveAs(name), ending) << name;
+}
+
 // ---- numbers and places
 
 TEST(ImportedNumber, IsTheShortestTextOfFifteenDigits) {
@@ -255,6 +262,21 @@ TEST(ImportText, EmptyCellsAreKeptUpToTheWidestRow) {
   // No line of text in a single cell, no comment, no end.
   EXPECT_EQ(Write({{"A", {{"1,2"}, {2.0}}}}).text, "1 2\n2\n");
   EXPECT_EQ(Write({{"A", {{1.0, 2.0, 3.0}, {"; no"}, {"*"}}}}).text, "1\t2\t3\n;no\n*\n");
+}
+
+TEST(ImportText, ARowWithAReplicationHasItsFirstResponseToo) {
+  const ConversionWatch watch;
+  std::string written;
+  ImportText text({2, "", "R"}, watch, [&](std::string_view piece) {
+    written += piece;
+    return true;
+  });
+  text.BeginSheet("A");
+  AddRow(text, 1, {"r2.5", 1.0, 2.0});
+  AddRow(text, 2, {"Rob", 1.0});
+  text.EndSheet();
+  EXPECT_TRUE(text.Finish().done());
+  EXPECT_EQ(written, "r2.5\t1\t2\t\nRob\t1\t\n");
 }
 
 TEST(ImportText, RowsOfATableAreAsWideAsItsNames) {
