@@ -11,11 +11,12 @@ all in logits.  The seed is fixed and only random() is drawn, so that every Pyth
 same files.  Run it in this folder: python3 simulate.py
 """
 
-import csv
 import itertools
-import math
 import random
-from statistics import NormalDist
+import sys
+
+sys.path.append("..")
+from rating_model import draw_measures, draw_rating, write_truth  # noqa: E402
 
 SEED = 1708
 EXAMINEES = 90
@@ -35,43 +36,20 @@ def raters_of(examinee):
     return PAIRS[(examinee - 1) % len(PAIRS)]
 
 
-def draw_rating(measure, rng):
-    """A category from 0 to 5 for an examinee who is `measure` logits above rater and criterion."""
-    logits = [0.0]
-    for threshold in THRESHOLDS:
-        logits.append(logits[-1] + measure - threshold)
-    weights = [math.exp(value) for value in logits]
-    left = rng.random() * sum(weights)
-    for category, weight in enumerate(weights):
-        left -= weight
-        if left < 0:
-            return category
-    return len(THRESHOLDS)
-
-
 def main():
     rng = random.Random(SEED)
-    normal = NormalDist(0.0, SPREAD)
-    examinees = [round(normal.inv_cdf(rng.random()), 2) for _ in range(EXAMINEES)]
+    examinees = draw_measures(EXAMINEES, SPREAD, rng)
 
     with open("essays-data.txt", "w", encoding="ascii", newline="\n") as data:
         data.write("; Simulated by simulate.py: examinee, rater, the criteria 1 to 4, four ratings.\n")
         for number, measure in enumerate(examinees, start=1):
             for rater in raters_of(number):
-                ratings = [draw_rating(measure - RATERS[rater][1] - difficulty, rng)
+                ratings = [draw_rating(measure - RATERS[rater][1] - difficulty, THRESHOLDS, rng)
                            for _, difficulty in CRITERIA]
                 data.write(f"{number}, {rater + 1}, 1-4, {', '.join(map(str, ratings))}\n")
 
-    with open("truth.csv", "w", encoding="ascii", newline="\n") as truth:
-        rows = csv.writer(truth, lineterminator="\n")
-        rows.writerow(["flank", "number", "label", "measure"])
-        for number, measure in enumerate(examinees, start=1):
-            rows.writerow([1, number, "Examinee", f"{measure:.2f}"])
-        for flank, elements in ((2, RATERS), (3, CRITERIA)):
-            for number, (label, measure) in enumerate(elements, start=1):
-                rows.writerow([flank, number, label, f"{measure:.2f}"])
-        for category, threshold in enumerate(THRESHOLDS, start=1):
-            rows.writerow(["threshold", category, "", f"{threshold:.2f}"])
+    people = [("Examinee", measure) for measure in examinees]
+    write_truth([people, RATERS, CRITERIA], THRESHOLDS)
 
 
 if __name__ == "__main__":

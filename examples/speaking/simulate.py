@@ -12,11 +12,12 @@ k = 1 ... 5, all in logits.  The seed is fixed and only random() is drawn, so th
 writes the same files.  Run it in this folder: python3 simulate.py
 """
 
-import csv
 import itertools
-import math
 import random
-from statistics import NormalDist
+import sys
+
+sys.path.append("..")
+from rating_model import draw_measures, draw_rating, write_truth  # noqa: E402
 
 SEED = 4117
 CANDIDATES = 80
@@ -37,24 +38,9 @@ def raters_of(candidate):
     return TRIPLES[(candidate - 1) % len(TRIPLES)]
 
 
-def draw_rating(measure, rng):
-    """A category from 0 to 5 for a measure sum in logits."""
-    logits = [0.0]
-    for threshold in THRESHOLDS:
-        logits.append(logits[-1] + measure - threshold)
-    weights = [math.exp(value) for value in logits]
-    left = rng.random() * sum(weights)
-    for category, weight in enumerate(weights):
-        left -= weight
-        if left < 0:
-            return category
-    return len(THRESHOLDS)
-
-
 def main():
     rng = random.Random(SEED)
-    normal = NormalDist(0.0, SPREAD)
-    candidates = [round(normal.inv_cdf(rng.random()), 2) for _ in range(CANDIDATES)]
+    candidates = draw_measures(CANDIDATES, SPREAD, rng)
 
     with open("speaking-data.txt", "w", encoding="ascii", newline="\n") as data:
         data.write("; Simulated by simulate.py: candidate, rater, the criteria 1 to 4, four ratings.\n")
@@ -62,22 +48,13 @@ def main():
             for rater in raters_of(number):
                 name, severity = RATERS[rater]
                 ratings = [draw_rating(measure - severity - difficulty
-                                       + BIASES.get((name, criterion), 0.0), rng)
+                                       + BIASES.get((name, criterion), 0.0), THRESHOLDS, rng)
                            for criterion, difficulty in CRITERIA]
                 data.write(f"{number}, {rater + 1}, 1-4, {', '.join(map(str, ratings))}\n")
 
-    with open("truth.csv", "w", encoding="ascii", newline="\n") as truth:
-        rows = csv.writer(truth, lineterminator="\n")
-        rows.writerow(["flank", "number", "label", "measure"])
-        for number, measure in enumerate(candidates, start=1):
-            rows.writerow([1, number, "Candidate", f"{measure:.2f}"])
-        for flank, elements in ((2, RATERS), (3, CRITERIA)):
-            for number, (label, measure) in enumerate(elements, start=1):
-                rows.writerow([flank, number, label, f"{measure:.2f}"])
-        for (rater, criterion), bias in BIASES.items():
-            rows.writerow(["bias", "", f"{rater} x {criterion}", f"{bias:.2f}"])
-        for category, threshold in enumerate(THRESHOLDS, start=1):
-            rows.writerow(["threshold", category, "", f"{threshold:.2f}"])
+    people = [("Candidate", measure) for measure in candidates]
+    biases = [(f"{rater} x {criterion}", bias) for (rater, criterion), bias in BIASES.items()]
+    write_truth([people, RATERS, CRITERIA], THRESHOLDS, biases)
 
 
 if __name__ == "__main__":

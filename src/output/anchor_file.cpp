@@ -10,8 +10,8 @@
 #include "output/anchor_models.h"
 #include "output/anchor_scales.h"
 #include "output/current_settings.h"
-#include "output/file_mark.h"
 #include "output/specification_lines.h"
+#include "run/program_mark.h"
 #include "spec/keyword_table.h"
 #include "spec/specification_reader.h"
 

@@ -10,10 +10,10 @@
 #include "base/utf8.h"
 #include "estimate/observation.h"
 #include "output/anchor_models.h"
-#include "output/file_mark.h"
 #include "output/gridrank_table.h"
 #include "report/format/delimited.h"
 #include "report/format/join_number.h"
+#include "run/program_mark.h"
 #include "run/progress_bar.h"
 
 namespace flanks {

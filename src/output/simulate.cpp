@@ -13,9 +13,9 @@
 #include "estimate/block_kernel.h"
 #include "estimate/observation.h"
 #include "output/dvalue_check.h"
-#include "output/file_mark.h"
 #include "output/random.h"
 #include "report/format/join_number.h"
+#include "run/program_mark.h"
 #include "run/progress_bar.h"
 #include "spec/delements.h"
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <ctime>
 #include <stdexcept>
 #include <system_error>
 
+#include "base/date_text.h"
 #include "base/text.h"
 #include "base/utf8.h"
 #include "base/utf8_text.h"
@@ -58,17 +58,12 @@ FileStamp MakeFileStamp(const std::string& title) {
   std::string kept;
   stamp.title = Utf8Text(title, kept);
   stamp.program = "Flanks " FLANKS_VERSION;
-  stamp.time = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  stamp.time = std::time(nullptr);
   return stamp;
 }
 
 std::string StampDate(const FileStamp& stamp) {
-  const std::time_t time = stamp.time;
-  std::tm local{};
-  localtime_r(&time, &local);
-  char text[32];
-  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &local);
-  return text;
+  return DateAndTime(stamp.time);
 }
 
 TabText::TabText(const TableSource& source) {

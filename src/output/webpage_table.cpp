@@ -1,10 +1,8 @@
 #include "output/webpage_table.h"
 
-#include <chrono>
-#include <ctime>
-
 #include "base/text.h"
 #include "output/row_writer.h"
+#include "run/program_mark.h"
 
 namespace flanks {
 namespace {
@@ -124,25 +122,15 @@ std::string Quoted(std::string_view text) {
   return quoted;
 }
 
-std::string Date() {
-  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-  std::tm local{};
-  localtime_r(&now, &local);
-  char text[32];
-  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &local);
-  return text;
-}
-
 }  // namespace
 
 const std::string_view kWebpageRows = "</tr></thead><tbody>";
 
 std::string WebpageStart(std::string_view what, const Settings& settings) {
   const std::string title = std::string(what) + PageText(settings.Title);
-  return Quoted(kHead) + "<title>" + title + "</title>" +
-         "\n<!-- Flanks (Many-Flank Rasch Measurement) Version " FLANKS_VERSION "  " + Date() +
-         " -->" + std::string(kStyle) + Quoted(kBodyStart) + settings.Webpagefonts +
-         Quoted(kParagraph) + Quoted(kTitleStart) + title + Quoted(kTableStart);
+  return Quoted(kHead) + "<title>" + title + "</title>" + "\n<!-- " + ProgramAndDate() + " -->" +
+         std::string(kStyle) + Quoted(kBodyStart) + settings.Webpagefonts + Quoted(kParagraph) +
+         Quoted(kTitleStart) + title + Quoted(kTableStart);
 }
 
 std::string WebpageEnd() {

@@ -1,7 +1,5 @@
 #include "run/pipeline.h"
 
-#include <chrono>
-#include <ctime>
 #include <locale>
 #include <memory>
 #include <span>
@@ -29,6 +27,7 @@
 #include "run/guard.h"
 #include "run/messages.h"
 #include "run/pipeline_bias.h"
+#include "run/program_mark.h"
 #include "run/report_page.h"
 #include "run/run.h"
 #include "spec/command_line.h"
@@ -155,21 +154,11 @@ void NeedFlanks(Run& run) {
   if (run.analysis.design.FlankCount == 0) SetSpecificationFault(run, Fault::flanksFirst);
 }
 
-std::string DateAndTime() {
-  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-  std::tm local{};
-  localtime_r(&now, &local);
-  char text[32];
-  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &local);
-  return text;
-}
-
 void WriteBanner(Run& run) {
   SelectTable(run.console, 1);
   run.analysis.report.runHeading =
       run.analysis.settings.Title.empty() ? "" : run.analysis.settings.Title + " ";
-  run.console.WriteOutput("Flanks (Many-Flank Rasch Measurement) Version " FLANKS_VERSION "  " +
-                          DateAndTime());
+  run.console.WriteOutput(ProgramAndDate());
 }
 
 constexpr Step kOpeningSteps[] = {

@@ -1,8 +1,8 @@
-// Which analysis a text file belongs to, told in a comment of the file.
+// Which program and run a report or a text file comes from.
 //
 // Tested by tests/unit/output/anchor_file_test.cpp and tests/unit/output/simulate_test.cpp.
-#ifndef FLANKS_OUTPUT_FILE_MARK_H
-#define FLANKS_OUTPUT_FILE_MARK_H
+#ifndef FLANKS_RUN_PROGRAM_MARK_H
+#define FLANKS_RUN_PROGRAM_MARK_H
 
 #include <string>
 
@@ -13,4 +13,4 @@ std::string ProgramAndDate();
 
 }  // namespace flanks
 
-#endif  // FLANKS_OUTPUT_FILE_MARK_H
+#endif  // FLANKS_RUN_PROGRAM_MARK_H
