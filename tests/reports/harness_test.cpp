@@ -1,6 +1,7 @@
 // The harness of the golden cases sees what it must see: shell commands stand in for the program.
 
 #include <csignal>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -115,6 +116,16 @@ class GoldenHarness : public ::testing::Test {
   }
   FlanksSandbox caseFolder_;
 };
+
+TEST_F(GoldenHarness, CutsWhatTheCaseSays) {
+  caseFolder_.Write("case.txt", "run: -c \". ./answer.sh\"\ncut: <style> => </style>\n");
+  caseFolder_.Write("expected/screen.txt", "1 <style>...</style> 2\n");
+  std::filesystem::remove(caseFolder_.Top() / "run/expected/report.txt");
+  Answer("echo '1 <style>any thing'; echo '</style> 2'");
+  EXPECT_THAT(Faults(), IsEmpty());
+  Answer("echo '1 <style>any thing'; echo '</style> 3'");
+  EXPECT_THAT(Faults(), ElementsAre(HasSubstr("screen.txt, first difference in line 1")));
+}
 
 TEST_F(GoldenHarness, IsSilentWhenAllIsAsExpected) {
   EXPECT_THAT(Faults(), IsEmpty());

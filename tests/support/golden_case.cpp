@@ -31,10 +31,10 @@ std::vector<std::string> CutArguments(const std::string& text) {
   return arguments;
 }
 
-std::pair<std::regex, std::string> ReadMask(const std::string& value) {
+std::pair<std::string, std::string> ReadPair(const std::string& value) {
   const std::size_t arrow = value.find(" => ");
-  if (arrow == std::string::npos) throw std::runtime_error("mask: REGEX => TEXT expected");
-  return {std::regex(value.substr(0, arrow)), value.substr(arrow + 4)};
+  if (arrow == std::string::npos) throw std::runtime_error("two texts with => between expected");
+  return {value.substr(0, arrow), value.substr(arrow + 4)};
 }
 
 void TakeLine(const std::string& line, GoldenCase& golden) {
@@ -48,7 +48,10 @@ void TakeLine(const std::string& line, GoldenCase& golden) {
   } else if (word == "exit") {
     golden.exitStatus = std::stoi(value);
   } else if (word == "mask") {
-    golden.masks.push_back(ReadMask(value));
+    const auto [pattern, text] = ReadPair(value);
+    golden.masks.emplace_back(std::regex(pattern), text);
+  } else if (word == "cut") {
+    golden.cuts.push_back(ReadPair(value));
   } else {
     throw std::runtime_error("unknown word \"" + word + "\"");
   }
@@ -72,10 +75,18 @@ void ReplaceAll(const std::string& from, const std::string& to, std::string& tex
     text.replace(at, from.size(), to);
 }
 
+void CutBetween(const std::string& from, const std::string& to, std::string& text) {
+  const std::size_t begin = text.find(from);
+  if (begin == std::string::npos) return;
+  const std::size_t after = begin + from.size(), end = text.find(to, after);
+  if (end != std::string::npos) text.replace(after, end - after, "...");
+}
+
 std::string Masked(std::string text, const GoldenCase& golden, const fs::path& top) {
   ReplaceAll((top / "run").string(), "FOLDER", text);
   ReplaceAll((top / "temporary").string(), "TEMPORARY", text);
   ReplaceAll(top.string(), "SANDBOX", text);
+  for (const auto& [from, to] : golden.cuts) CutBetween(from, to, text);
   for (const auto& [pattern, replacement] : golden.masks)
     text = std::regex_replace(text, pattern, replacement);
   return text;

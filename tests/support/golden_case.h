@@ -14,6 +14,8 @@
 //   exit: NUMBER  the exit status; 0 when there is no such line
 //   mask: REGEX => TEXT   what changes from run to run, beside the masks that hold for all cases:
 //                 the version, the date, the time, the run's length and its folders
+//   cut: FROM => TO   of each file all between the first FROM and the next TO: fixed texts of the
+//                 program that tests of their own look at, and that several files would repeat
 //
 // The expected files are the developers' word, not the program's: they are rewritten by the
 // target `rewrite_golden` alone, and the commit says why the new ones are right.
@@ -38,6 +40,7 @@ struct GoldenCase {
   std::vector<std::string> arguments;
   int exitStatus = 0;
   std::vector<std::pair<std::regex, std::string>> masks;
+  std::vector<std::pair<std::string, std::string>> cuts;  // from, to
 };
 
 // File name and contents, masked.
