@@ -31,8 +31,11 @@ std::error_code ReplacedFile::Open(const std::string& name) {
   buffer_.clear();
   if (IsSpecial(name)) {
     part_ = name;
-    descriptor_ = open(name.c_str(), O_WRONLY | O_CLOEXEC);
-    return descriptor_ < 0 ? LastFileError() : std::error_code{};
+    // A pipe that nobody reads is a failure, and not a wait without end.
+    descriptor_ = open(name.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor_ < 0) return LastFileError();
+    fcntl(descriptor_, F_SETFL, O_WRONLY);  // its writes wait for the reader
+    return {};
   }
   std::error_code ignored;
   if (IsThere(name)) {

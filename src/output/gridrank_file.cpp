@@ -302,6 +302,12 @@ void GridrankWriter::WriteRows() {
 }  // namespace
 
 bool CollectGridrankTable(Run& run, const GridrankOptions& options, GridrankTable& table) {
+  for (const std::vector<FlankNo>* flanks : {&options.rowFlanks, &options.columnFlanks})
+    for (const FlankNo flank : *flanks)
+      if (!run.analysis.design.flanks.FlankName.has(flank)) {
+        run.console.ShowFlagged(JoinNumber("There is no Flank", flank.number()));
+        return false;
+      }
   if (options.rowFlanks.empty() || options.columnFlanks.empty()) {
     run.console.ShowFlagged(options.rowFlanks.empty() ? "Please check a Flank in upper list"
                                                       : "Please check a Flank in lower list");
@@ -315,6 +321,11 @@ bool CollectGridrankTable(Run& run, const GridrankOptions& options, GridrankTabl
         "Not enough available memory for constructing this Gridrank control and data file");
     return false;
   }
+  const CellRule rule = RuleOf(options);
+  if (table.MultipleInCell && rule != CellRule::sum)
+    run.console.ShowFlagged(
+        rule == CellRule::last ? "Some cells have several observations: of each the last is used"
+                               : "Some cells have several observations: of each the first is used");
   return !run.console.stopping();
 }
 

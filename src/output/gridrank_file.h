@@ -25,15 +25,15 @@ struct GridrankOptions {
   std::vector<FlankNo> columnFlanks;
 };
 
-// The table of a finished analysis.  False when a list of Flanks is empty, the memory does not do,
-// or the run is to stop; the first two are told.
+// The table of a finished analysis.  False when a list of Flanks is empty or has one that is not
+// there, the memory does not do, or the run is to stop; all but the last are told.
 bool CollectGridrankTable(Run& run, const GridrankOptions& options, GridrankTable& table);
 // The lines of the file.
 void WriteGridrankLines(Run& run, const GridrankOptions& options, const GridrankTable& table,
                         Destination& out);
 
-// The file `name`.  False when it was not written: a list is empty, the memory does not do, the
-// file cannot be written.  Each is told.
+// The file `name`.  False when it was not written: no table, or the file cannot be written.  Each
+// is told.
 bool WriteGridrankFile(Run& run, const std::string& name, const GridrankOptions& options);
 
 }  // namespace flanks

@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
+#include <fstream>
 #include <stdexcept>
 #include <unistd.h>
 
 #include "base/positioned_file.h"
 #include "base/shown_text.h"
-#include "base/temp_file.h"
 #include "output/xlsx_writer.h"
 
 namespace flanks {
@@ -33,13 +33,15 @@ void TryForRoom(off_t length) {
 
 }  // namespace
 
-XlsxBook::XlsxBook(const ReplacedFile& target, const FileStamp& stamp, const BookOptions& wanted)
-    : name_(target.partName()), folder_(TempFolder()) {
+XlsxBook::XlsxBook(ReplacedFile& target, const FileStamp& stamp, const BookOptions& wanted)
+    : target_(target), folder_(TempFolder()) {
+  if (const std::error_code error = made_.Create("Workbook", "xlsx"))
+    ThrowFileFailure("write", made_.name(), error);
   lxw_workbook_options options{};
   options.constant_memory = wanted.rowsOnDisk ? LXW_TRUE : LXW_FALSE;
   options.tmpdir = folder_.data();
   options.use_zip64 = wanted.isVast ? LXW_TRUE : LXW_FALSE;
-  book_ = workbook_new_opt(name_.c_str(), &options);
+  book_ = workbook_new_opt(made_.name().c_str(), &options);
   if (book_ == nullptr) throw std::runtime_error("a workbook cannot be made");
   bold_ = workbook_add_format(book_);
   format_set_bold(bold_);
@@ -62,7 +64,7 @@ XlsxBook::XlsxBook(const ReplacedFile& target, const FileStamp& stamp, const Boo
 }
 
 XlsxBook::~XlsxBook() {
-  // Frees sheets and temporary files; the half-written target is the caller's to remove.
+  // Frees sheets and temporary files.
   if (book_ != nullptr) lxw_workbook_free(book_);
 }
 
@@ -102,6 +104,16 @@ void XlsxBook::Close() {
   lxw_workbook* book = book_;
   book_ = nullptr;
   Check(workbook_close(book));
+  CopyIntoTarget();
+}
+
+void XlsxBook::CopyIntoTarget() {
+  constexpr std::size_t kBlockBytes = std::size_t{1} << 18;
+  std::ifstream made(made_.name(), std::ios::binary);
+  std::vector<char> block(kBlockBytes);
+  while (made.read(block.data(), static_cast<std::streamsize>(block.size())) || made.gcount() > 0)
+    target_.Write({block.data(), static_cast<std::size_t>(made.gcount())});
+  if (made.bad() || !made.eof()) ThrowFileFailure("read", made_.name(), LastFileError());
 }
 
 }  // namespace flanks

@@ -3,7 +3,9 @@
 //
 // The library formats into temporary files and does not look at whether they could be written; a
 // disk that is full would give a workbook cut in the middle.  So each sheet's file is looked at
-// before the workbook is put together, and room for the copy that the library makes is tried for.
+// before the workbook is put together, and room for what the library then makes is tried for.  The
+// workbook itself is made among the temporary files and copied: where it is to stand the disk may
+// be full, too, and the library's words would not say so.
 //
 // Tested by tests/unit/output/hand_offs_test.cpp.
 #ifndef FLANKS_OUTPUT_XLSX_BOOK_H
@@ -16,6 +18,7 @@
 #include <xlsxwriter.h>
 
 #include "base/replaced_file.h"
+#include "base/temp_file.h"
 #include "output/tab_text.h"
 
 namespace flanks {
@@ -30,7 +33,8 @@ struct BookOptions {
 
 class XlsxBook {
  public:
-  XlsxBook(const ReplacedFile& target, const FileStamp& stamp, const BookOptions& options);
+  // `target` must live as long as the workbook.
+  XlsxBook(ReplacedFile& target, const FileStamp& stamp, const BookOptions& options);
   ~XlsxBook();
   XlsxBook(const XlsxBook&) = delete;
   XlsxBook& operator=(const XlsxBook&) = delete;
@@ -43,13 +47,15 @@ class XlsxBook {
 
   // Throws the library's error as a std::runtime_error.
   static void Check(lxw_error error);
-  // Puts the file together.
+  // Puts the workbook together and writes it into the target.
   void Close();
 
  private:
   void CheckSheetFiles();
+  void CopyIntoTarget();
 
-  std::string name_;
+  ReplacedFile& target_;
+  TempFile made_;
   std::string folder_;  // for the library's temporary files
   lxw_workbook* book_ = nullptr;
   lxw_format* bold_ = nullptr;

@@ -12,7 +12,7 @@ namespace flanks {
 
 #ifndef FLANKS_HAS_XLSXWRITER
 
-WriteEnd WriteCharts(const std::vector<ChartSheet>&, const FileStamp&, const ReplacedFile&) {
+WriteEnd WriteCharts(const std::vector<ChartSheet>&, const FileStamp&, ReplacedFile&) {
   return WriteEnd::missing;
 }
 
@@ -148,7 +148,7 @@ class SheetOfCharts {
 }  // namespace
 
 WriteEnd WriteCharts(const std::vector<ChartSheet>& sheets, const FileStamp& stamp,
-                     const ReplacedFile& target) {
+                     ReplacedFile& target) {
   XlsxBook book(target, stamp, {.rowsOnDisk = false});
   for (const ChartSheet& sheet : sheets) SheetOfCharts(book, sheet).Write();
   book.Close();

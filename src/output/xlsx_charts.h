@@ -49,10 +49,10 @@ struct ChartSheet {
   int decimals = 2;  // of the values, as the table shows them
 };
 
-// Writes the sheets to target.partName(); the caller commits.  Series behind the first kChartSeries
+// Writes the sheets into the target, which the caller commits.  Series behind the first kChartSeries
 // stand in the table alone.  Throws a std::runtime_error or std::system_error with the reason.
 WriteEnd WriteCharts(const std::vector<ChartSheet>& sheets, const FileStamp& stamp,
-                     const ReplacedFile& target);
+                     ReplacedFile& target);
 
 }  // namespace flanks
 

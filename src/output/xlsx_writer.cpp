@@ -27,7 +27,7 @@ std::string SheetName(const std::string& name) {
 
 #ifndef FLANKS_HAS_XLSXWRITER
 
-XlsxEnd WriteXlsx(const TableSource&, const FileStamp&, const XlsxOptions&, const ReplacedFile&) {
+XlsxEnd WriteXlsx(const TableSource&, const FileStamp&, const XlsxOptions&, ReplacedFile&) {
   return {WriteEnd::missing};
 }
 
@@ -148,7 +148,7 @@ class SheetRows {
 }  // namespace
 
 XlsxEnd WriteXlsx(const TableSource& source, const FileStamp& stamp, const XlsxOptions& options,
-                  const ReplacedFile& target) {
+                  ReplacedFile& target) {
   const TableShape shape = MeasureTable(source, options.hasHeading ? 1 : 0);
   if (shape.stopped) return {WriteEnd::stopped};
   if (shape.columns.size() > kSheetColumns)

@@ -37,10 +37,10 @@ struct XlsxEnd {
   std::int64_t cutCells = 0;  // texts longer than a cell takes
 };
 
-// Writes the table of `source` to target.partName(); the caller commits.  Throws a
+// Writes the table of `source` into the target, which the caller commits.  Throws a
 // std::runtime_error or std::system_error with the reason.
 XlsxEnd WriteXlsx(const TableSource& source, const FileStamp& stamp, const XlsxOptions& options,
-                  const ReplacedFile& target);
+                  ReplacedFile& target);
 
 // A name that a spreadsheet program takes for a sheet: no more than 31 characters, none of
 // []:*?/\, no apostrophe at its ends; "Data" for none.

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 #include "base/text.h"
@@ -102,9 +103,12 @@ void SetIncompatible(ReadState& reading, const std::string& name) {
 bool CanBeWritten(const std::string& name, std::string& reason) {
   std::error_code ignored;
   const bool wasThere = std::filesystem::exists(name, ignored);
+  // Who reads a pipe would take this for the end of it.
+  const bool isPipe = std::filesystem::is_fifo(name, ignored);
   errno = 0;
-  std::ofstream file(name, std::ios::binary | std::ios::app);
-  if (!file.is_open()) {
+  std::ofstream file;
+  if (!isPipe) file.open(name, std::ios::binary | std::ios::app);
+  if (isPipe ? access(name.c_str(), W_OK) != 0 : !file.is_open()) {
     reason = std::strerror(errno);
     return false;
   }
@@ -119,6 +123,27 @@ void TellNotWritten(Run& run, const std::string& message) {
   // The report is open, but its first line is still to come: Table 1 tells it.
   run.analysis.report.deferredMessages.push_back(message);
   run.process.control.ExitCode = kExitFault;
+}
+
+void TellNotOpened(Run& run, const std::string& name, const std::string& reason) {
+  TellNotWritten(run, "Failure opening output file: " + InQuotes(name) + " (" + reason + ")");
+}
+
+// Not to be told at the end of a long run only.  Of the Score files the first stands for all.
+void CheckScoreAndSimulatedFiles(Run& run) {
+  Settings& settings = run.analysis.settings;
+  std::string reason;
+  if (!settings.ScoreFile.empty()) {
+    const std::string first = WorkbookName(MakeOutputFileName(settings.ScoreFile, 1));
+    if (!CanBeWritten(first, reason)) {
+      TellNotOpened(run, first, reason);
+      settings.ScoreFile.clear();
+    }
+  }
+  if (!settings.SimulatedFile.empty() && !CanBeWritten(settings.SimulatedFile, reason)) {
+    TellNotOpened(run, settings.SimulatedFile, reason);
+    settings.SimulatedFile.clear();
+  }
 }
 
 }  // namespace
@@ -159,12 +184,12 @@ void OpenFurtherOutputFiles(Run& run) {
       TellNotWritten(
           run, "There is no SPSS form of this file: " + InQuotes(output.name) + " is not written.");
     else if (!CanBeWritten(output.name, reason))
-      TellNotWritten(run,
-                     "Failure opening output file: " + InQuotes(output.name) + " (" + reason + ")");
+      TellNotOpened(run, output.name, reason);
     else
       continue;
     output.name.clear();
   }
+  CheckScoreAndSimulatedFiles(run);
 }
 
 }  // namespace flanks

@@ -119,7 +119,7 @@ class GoldenHarness : public ::testing::Test {
 
 TEST_F(GoldenHarness, CutsWhatTheCaseSays) {
   caseFolder_.Write("case.txt", "run: -c \". ./answer.sh\"\ncut: <style> => </style>\n");
-  caseFolder_.Write("expected/screen.txt", "1 <style>...</style> 2\n");
+  caseFolder_.Write("expected/screen.txt", "1 <style>(cut)</style> 2\n");
   std::filesystem::remove(caseFolder_.Top() / "run/expected/report.txt");
   Answer("echo '1 <style>any thing'; echo '</style> 2'");
   EXPECT_THAT(Faults(), IsEmpty());

@@ -79,7 +79,7 @@ void CutBetween(const std::string& from, const std::string& to, std::string& tex
   const std::size_t begin = text.find(from);
   if (begin == std::string::npos) return;
   const std::size_t after = begin + from.size(), end = text.find(to, after);
-  if (end != std::string::npos) text.replace(after, end - after, "...");
+  if (end != std::string::npos) text.replace(after, end - after, "(cut)");
 }
 
 std::string Masked(std::string text, const GoldenCase& golden, const fs::path& top) {

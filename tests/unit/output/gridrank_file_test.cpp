@@ -230,5 +230,33 @@ TEST(GridrankFile, IsNotWrittenByARunThatIsBrokenOff) {
   EXPECT_EQ(run.folder.read("g.txt"), "");
 }
 
+TEST(GridrankFile, IsNotWrittenForAFlankThatIsNotThere) {
+  AnalysisRun run;
+  run.Analyze(std::string(kDesign) + kData);
+  FinishedRun finished(run);
+  for (const int number : {0, 4})
+    for (const GridrankOptions& options :
+         {GridrankOptions{"F", {kPersons}, {kItems, FlankNo(number)}},
+          GridrankOptions{"F", {FlankNo(number)}, {kItems}}}) {
+      EXPECT_FALSE(WriteGridrankFile(finished.run, run.folder.file("grid.txt"), options));
+      EXPECT_THAT(run.Screen(), HasSubstr("There is no Flank " + std::to_string(number)));
+      run.shell.statuses.clear();
+    }
+  EXPECT_EQ(run.folder.read("grid.txt"), "");
+}
+
+// Bob has three ratings of task 2.
+TEST(GridrankFile, SaysWhichOfSeveralObservationsIsUsed) {
+  const auto screen = [](const std::string& letters, const FlankNo column) {
+    AnalysisRun run;
+    Written(run, std::string(kDesign) + kData, {letters, {kPersons}, {column}});
+    return run.Screen();
+  };
+  constexpr const char* kWords = "Some cells have several observations: of each the ";
+  EXPECT_THAT(screen("F", kItems), HasSubstr(std::string(kWords) + "first is used"));
+  EXPECT_THAT(screen("L", kItems), HasSubstr(std::string(kWords) + "last is used"));
+  EXPECT_THAT(screen("T", kItems), Not(HasSubstr(kWords)));
+}
+
 }  // namespace
 }  // namespace flanks

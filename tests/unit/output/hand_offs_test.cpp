@@ -283,6 +283,18 @@ TEST(HandOffs, LeaveTheFormerFileWhenTheDiskIsFull) {
   EXPECT_TRUE(bench.Excel("a.xlsx")) << "with room again";
 }
 
+// Where the file is to stand, with room for the temporary ones.
+TEST(HandOffs, TellThatTheDiskOfTheWorkbookIsFull) {
+  Bench bench;
+  std::filesystem::create_symlink("/dev/full", bench.folder.file("full.xlsx"));
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(bench.Excel("full.xlsx"));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the library tells nobody";
+  EXPECT_THAT(bench.shell.Screen(),
+              HasSubstr("LaunchExcel failed: File write failure for " +
+                        bench.folder.file("full.xlsx") + ": No space left on device."));
+}
+
 // The length of the first sheet before it was packed, as the archive's directory has it.
 std::uint32_t SheetLength(const std::string& archive) {
   constexpr std::size_t kLengthAt = 24, kNameAt = 46;  // of a directory entry

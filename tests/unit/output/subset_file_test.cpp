@@ -70,26 +70,35 @@ TEST(SubsetFile, PutsTheElementsOfEachSubsetIntoAGroup) {
   EXPECT_THAT(run.Screen(), HasSubstr("Constructing subset-group-anchor file:"));
 }
 
-// The block of one Flank in the place of the Flank's own lines.
+// The line of a Flank in the place of its own, the elements behind its own: what their lines do not
+// give stays.
 TEST(SubsetFile, ConnectsTheDesignWhenItIsPastedBehindLabels) {
+  constexpr const char* kPersons = "1=p1,,,2\n2=p2\n3=p3\n4=p4\n5=nobody\n";
   AnalysisRun run;
-  run.Analyze(Specification("1,Persons\n1=p1\n2=p2\n3=p3\n4=p4\n*\n"));
+  run.Analyze(Specification("1,Persons\n" + std::string(kPersons) + "*\n"));
   EXPECT_THAT(run.Screen(), HasSubstr("2 disjoint subsets"));
   FinishedRun finished(run);
   ASSERT_TRUE(WriteSubsetFile(finished.run, run.folder.file("subsets.txt")));
   const std::string file = run.folder.read("subsets.txt");
-  const auto block = [&](const std::string& head) {
-    const std::size_t from = file.find(head);
-    return file.substr(from, file.find("*\n", from) + 2 - from);
+  const auto pasted = [&file](const std::string& head, const std::string& elements) {
+    const std::size_t from = file.find(head), line = file.find('\n', from) + 1;
+    return file.substr(from, line - from) + elements +
+           file.substr(line, file.find("*\n", line) + 2 - line);
   };
   run.shell.statuses.clear();
-  std::string specification = Specification(block("1,Persons"));
-  specification.replace(specification.find(kJudges), std::string(kJudges).size(),
-                        block("2,Judges"));
+  std::string specification = Specification(pasted("1,Persons", kPersons));
+  const std::string judges = kJudges;
+  const std::size_t elements = judges.find('\n') + 1;
+  specification.replace(specification.find(judges), judges.size(),
+                        pasted("2,Judges", judges.substr(elements, judges.size() - elements - 2)));
   run.Analyze(specification);
   ASSERT_EQ(run.exitCode, 0) << run.Screen();
   EXPECT_THAT(run.Screen(), HasSubstr("Subset connection O.K."));
   EXPECT_THAT(run.Screen(), Not(HasSubstr("disjoint subsets")));
+  const ElementTable& table = run.analysis.design.elements;
+  EXPECT_EQ(table.ElementLabel[ElementSlot(5)], "nobody");
+  EXPECT_EQ(table.ElementWeight[ElementSlot(1)], 2.0f);
+  EXPECT_EQ(table.ElementGroup[ElementSlot(3)], 2);
 }
 
 TEST(SubsetFile, IsNotMadeWhereTheDataAreConnected) {

@@ -85,9 +85,10 @@ std::string MarksOf(const PositionReference& r) {
 
 TEST(ElementReference, FirstMarkThatAppliesDecides) {
   const MarkCase cases[] = {
-      {"", "e"},    {"-", "e"}, {"B", "eb"}, {"X", "i"},    {"X#@?", "i"}, {"XB", "ib"},
-      {"?", ""},    {"?#", ""}, {"?@", ""},  {"$#", ""},    {"-?", "r"},   {"@", "d"},
-      {"@#3", "d"}, {"#", "s"}, {"#3", "s"}, {"-#3", "sr"}, {"3", ""},     {"B-@3", "drb"},
+      {"", "e"},    {"-", "e"},    {"B", "eb"}, {"X", "i"},      {"X#@?", "i"},
+      {"XB", "ib"}, {"?", ""},     {"?#", ""},  {"?@", ""},      {"@?", ""},
+      {"$#", ""},   {"-?", "r"},   {"@", "d"},  {"@#3", "d"},    {"#", "s"},
+      {"#3", "s"},  {"-#3", "sr"}, {"3", ""},   {"B-@3", "drb"},
   };
   for (const MarkCase& c : cases) {
     const std::string marks = MarksOf(ParseElementReference(c.text).reference);

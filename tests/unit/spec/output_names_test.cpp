@@ -154,6 +154,28 @@ TEST(OpenFurtherOutputFiles, ANameThatCannotBeOpenedIsCleared) {
   EXPECT_EQ(test.run.process.control.ExitCode, kExitFault);
 }
 
+// Score and simulated files have no line of their own here.
+TEST(OpenFurtherOutputFiles, ScoreAndSimulatedFilesAreTriedInSilence) {
+  SpecRun test;
+  test.Read("Flanks=2\nScorefile=" + test.folder.file("s.xls") +
+            "\nSimulated=" + test.folder.file("new.txt") + "\n");
+  OpenFurtherOutputFiles(test.run);
+  EXPECT_THAT(test.analysis.report.deferredMessages, testing::IsEmpty());
+  EXPECT_THAT(test.folder.names(), testing::ElementsAre("s.txt"));
+  SpecRun nowhere;
+  nowhere.Read("Flanks=2\nScorefile=" + nowhere.folder.file("no/s.xls") +
+               "\nSimulated=" + nowhere.folder.file("no/new.txt") + "\n");
+  OpenFurtherOutputFiles(nowhere.run);
+  EXPECT_THAT(
+      nowhere.analysis.report.deferredMessages,
+      testing::ElementsAre("Failure opening output file: \"" + nowhere.folder.file("no/s.1.xlsx") +
+                               "\" (No such file or directory)",
+                           "Failure opening output file: \"" + nowhere.folder.file("no/new.txt") +
+                               "\" (No such file or directory)"));
+  EXPECT_EQ(nowhere.analysis.settings.ScoreFile, "");
+  EXPECT_EQ(nowhere.analysis.settings.SimulatedFile, "");
+}
+
 TEST(OpenFurtherOutputFiles, AGraphFileHasNoSpssForm) {
   SpecRun test;
   const std::string name = test.folder.file("g.Sav");
