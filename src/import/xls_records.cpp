@@ -141,7 +141,10 @@ void RecordReader::ReadGlobals(std::vector<std::uint32_t>& starts) {
     if (type_ == kDateMode && ShortAt(data_, 0) == 1) dates_ = DateStart::year1904;
     if (type_ == kCellStyle) styles_.push_back(ShortAt(data_, 2));
     if (type_ == kFormat) formats_[ShortAt(data_, 0)] = IsDateFormat(TextAt(2, wide_ ? 2 : 1));
-    if (type_ == kSharedStrings && cells_ == XlsCells::all) ReadStrings();
+    if (type_ == kSharedStrings && cells_ == XlsCells::all) {
+      ReadStrings();
+      continue;
+    }
     if (type_ != kSheetEntry || data_.size() < 6) continue;
     starts.push_back(WordAt(data_, 0));
     XlsSheet& sheet = found_.sheets.emplace_back();
@@ -150,7 +153,7 @@ void RecordReader::ReadGlobals(std::vector<std::uint32_t>& starts) {
   }
 }
 
-// Behind two counts: of the cells that have one, and of the strings.
+// Behind two counts: of the cells that have one, and of the strings.  Looks at the record behind.
 void RecordReader::ReadStrings() {
   constexpr std::size_t kCountBytes = 8;
   if (data_.size() < kCountBytes || !found_.texts.empty()) return;

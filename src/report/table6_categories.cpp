@@ -17,7 +17,6 @@ namespace {
 constexpr std::size_t kModelsShown = 20;  // of a scale
 // A mean that is a half but for the rounding of its terms is a half, in whatever units.
 constexpr double kTie = 1e-5;
-constexpr int kScaleWidth = 5;
 constexpr int kCategoryPlaces = 3;
 constexpr std::string_view kBoundary = "---";
 

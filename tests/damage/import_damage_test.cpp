@@ -48,6 +48,7 @@ std::vector<Sample> Samples() {
       std::filesystem::path(FLANKS_SOURCE_DIR) / "tests/unit/import";
   return {{"d.xlsx", Workbook()},
           {"d.xls", ReadWholeFile(stored / "kinds.xls")},
+          {"d.xls", ReadWholeFile(stored / "empty-text.xls")},
           {"d.sav", PackageBytes("sav", Rows(40))},
           {"d.dta", PackageBytes("dta", Rows(40))},
           {"d.sas7bdat", PackageBytes("sas7bdat", Rows(40))},

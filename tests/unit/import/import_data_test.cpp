@@ -336,6 +336,16 @@ TEST(ImportData, AWideRowFarBelowChangesNoResponse) {
   EXPECT_EQ(measures(sheet), measures(text));
 }
 
+TEST(ImportData, RowsWithReplicationsMayLackTheirResponses) {
+  std::string rows;
+  for (int row = 0; row < 60; ++row) rows += "R2,1,1,\n";
+  AnalysisRun run;
+  run.Write("d.xlsx",
+            XlsxBytes(BookOf("A", TableOf(rows + "R2,1,1,3\nR2,1,2,2\nR2,2,1,4\nR2,2,2,1\n"))));
+  ASSERT_EQ(run.Analyze(SpecificationFor("d.xlsx")), 0) << run.Screen();
+  EXPECT_THAT(run.Report(), HasSubstr("Number of missing-null observations = 60 "));
+}
+
 TEST(ImportData, ColumnsAreThoseOfTheFileWithDvaluesAndReplications) {
   AnalysisRun run;
   run.Write("d.xlsx", XlsxBytes(BookOf("A", TableOf("1,3\nR2,x,3\n"))));

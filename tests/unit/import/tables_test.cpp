@@ -244,23 +244,24 @@ TEST(XlsTable, AllCellsAreInItsRecords) {
   EXPECT_EQ(CutLines(written), Convert("d.xls", Stored("painters.xls")).text);
 }
 
-// "Ann", then "Zo\xC3\xAB" with a run of formats and bytes of an extension, then an empty text, in
-// pieces that are cut at each place where a workbook may cut them.
+// "Ann", then "Zo\xC3\xAB" with a run of formats and bytes of an extension, an empty text and "z",
+// in pieces that are cut at each place where a workbook may cut them.
 TEST(XlsTable, SharedStringsMayBeCut) {
   const std::string ann("\3\0\0Ann", 6), empty("\0\0\0", 3);
   const std::string zoe("\3\0\x0D\1\0\2\0\0\0Z\0o\0\xEB\0runsex", 21);
-  const std::string all = ann + zoe + empty;
-  const auto expected = ElementsAre("Ann", "Zo\xC3\xAB", "");
-  EXPECT_THAT(ReadSharedStrings({all}, 3), expected);
+  const std::string all = ann + zoe + empty + std::string("\1\0\0z", 4);
+  const auto expected = ElementsAre("Ann", "Zo\xC3\xAB", "", "z");
+  EXPECT_THAT(ReadSharedStrings({all}, 4), expected);
   EXPECT_THAT(ReadSharedStrings({all}, 2), ElementsAre("Ann", "Zo\xC3\xAB"));
   for (std::size_t cut = 1; cut < all.size(); ++cut) {
     const std::size_t letter = ann.size() + 9;  // the first of Zo\xC3\xAB
     const bool inAnn = cut >= 3 && cut < ann.size();
     const bool inZoe = cut >= letter && cut < letter + 6;
     if (inZoe && (cut - letter) % 2 == 1) continue;  // no letter is cut
-    const std::string flags = inAnn ? std::string(1, '\0') : inZoe ? "\1" : "";
+    const bool inLast = cut == all.size() - 1;
+    const std::string flags = inAnn || inLast ? std::string(1, '\0') : inZoe ? "\1" : "";
     const std::string rest = flags + all.substr(cut);
-    EXPECT_THAT(ReadSharedStrings({std::string_view(all).substr(0, cut), rest}, 3), expected)
+    EXPECT_THAT(ReadSharedStrings({std::string_view(all).substr(0, cut), rest}, 4), expected)
         << cut;
   }
   // The letters behind a cut may have another width; half of a pair at its end finds the other.
@@ -270,6 +271,19 @@ TEST(XlsTable, SharedStringsMayBeCut) {
   EXPECT_THAT(ReadSharedStrings({narrow, byte}, 1), ElementsAre("Z\xC3\xAB"));
   EXPECT_THAT(ReadSharedStrings({wide}, 9), ElementsAre("?"));
   EXPECT_THAT(ReadSharedStrings({}, 9), ElementsAre());
+}
+
+// Before 1997 the stream was called so.  Its name stands in its entry with two bytes to a letter,
+// and behind it how long it is.
+TEST(XlsTable, TheStreamMayBeCalledBook) {
+  std::string bytes = Stored("kinds.xls");
+  const std::string expected = Convert("d.xls(Marks)", bytes).text;
+  const std::size_t name = bytes.find(std::string("W\0o\0r\0k\0b\0o\0o\0k\0", 16));
+  ASSERT_NE(name, std::string::npos);
+  bytes.replace(name, 16, std::string("B\0o\0o\0k\0\0\0\0\0\0\0\0\0", 16));
+  ASSERT_EQ(bytes[name + 64], 18);
+  bytes[name + 64] = 10;
+  EXPECT_EQ(Convert("d.xls(Marks)", bytes).text, expected);
 }
 
 // The entry of a sheet: record 0085, its length, where it begins, whether it is hidden, its kind,
@@ -286,6 +300,87 @@ TEST(XlsTable, AHiddenSheetIsPassedOver) {
   EXPECT_EQ(hidden.text, Convert("kinds.xls(Marks)", bytes).text);
   EXPECT_THAT(hidden.told, ElementsAre("Sheet \"Marks\" is read.  The file has 2 more."));
   EXPECT_THAT(Convert("kinds.xls(Marks)", bytes).told, ElementsAre());
+}
+
+std::string Number(std::uint32_t number, int bytes) {
+  std::string text;
+  for (int i = 0; i < bytes; ++i, number >>= 8) text += static_cast<char>(number & 0xFF);
+  return text;
+}
+std::string XlsRecord(std::uint16_t type, const std::string& data) {
+  return Number(type, 2) + Number(static_cast<std::uint32_t>(data.size()), 2) + data;
+}
+// Where a cell stands, and its style.
+std::string XlsCell(std::uint32_t row, std::uint32_t column, std::uint32_t style = 0) {
+  return Number(row, 2) + Number(column, 2) + Number(style, 2);
+}
+// A workbook with one sheet "S", of the version 0600 or 0500.
+std::string XlsStream(std::uint32_t version, const std::string& globals, const std::string& cells) {
+  const std::string start = XlsRecord(0x0809, Number(version, 2)), end = XlsRecord(0x000A, "");
+  const std::string name = version == 0x0600 ? std::string("\1\0S", 3) : "\1S";
+  const auto entry = [&](std::size_t at) {
+    return XlsRecord(0x0085, Number(static_cast<std::uint32_t>(at), 4) + Number(0, 2) + name);
+  };
+  const std::size_t sheetAt = start.size() + globals.size() + entry(0).size() + end.size();
+  return start + globals + entry(sheetAt) + end + start + cells + end;
+}
+
+TEST(XlsRecords, EachKindOfCell) {
+  const std::string ab("\2\0\0ab", 5);
+  const std::string cells =
+      XlsRecord(0x00FD, XlsCell(0, 0) + Number(1, 4)) +           // a shared text
+      XlsRecord(0x00FD, XlsCell(0, 1) + Number(9, 4)) +           // one that is not there
+      XlsRecord(0x0204, XlsCell(0, 2) + ab) +                     // a text of its own
+      XlsRecord(0x00D6, XlsCell(0, 3) + ab + Number(0, 2)) +      // one with formats
+      XlsRecord(0x0205, XlsCell(0, 4) + Number(1, 2)) +           // TRUE
+      XlsRecord(0x0205, XlsCell(0, 5) + Number(0x012A, 2)) +      // #N/A
+      XlsRecord(0x027E, XlsCell(0, 256) + Number(10, 4)) +        // beyond the sheet
+      XlsRecord(0x027E, XlsCell(1, 0) + Number(0x40040000, 4)) +  // 2.5, the upper half
+      XlsRecord(0x027E, XlsCell(1, 1) + Number(0xFFFFFFF7, 4));   // -3 / 100
+  const std::string globals =
+      XlsRecord(0x00FC, Number(2, 4) + Number(2, 4) + std::string("\1\0\0x\3\0\0yz", 9)) +
+      XlsRecord(0x003C, std::string("\0!", 2));
+  const XlsContents contents = ReadXlsRecords(XlsStream(0x0600, globals, cells), XlsCells::all);
+  ASSERT_EQ(contents.sheets.size(), 1u);
+  EXPECT_EQ(contents.sheets[0].name, "S");
+  std::vector<std::string> found;
+  for (const XlsValue& value : contents.sheets[0].values)
+    found.push_back(std::to_string(value.row) + " " + std::to_string(value.column) + " " +
+                    (value.kind == XlsValue::Kind::number ? ImportedNumber(value.number)
+                                                          : contents.texts[value.text]));
+  EXPECT_THAT(found, ElementsAre("0 0 yz!", "0 2 ab", "0 3 ab", "0 4 1", "0 5 #N/A", "1 0 2.5",
+                                 "1 1 -0.03"));
+}
+
+// The codes of formats have a length of one byte before 1997, of two bytes since then.
+TEST(XlsRecords, DatesOfBothVersions) {
+  const std::string style = XlsRecord(0x00E0, Number(0, 2) + Number(200, 2));
+  std::string day(8, '\0');  // 45352.0 is 2024-03-01
+  day.replace(4, 4, Number(0x40E62500, 4));
+  const std::string formula = XlsRecord(0x0006, XlsCell(0, 0) + day);
+  const std::string former = XlsRecord(0x041E, Number(200, 2) + "\1d") + style;
+  const std::string present = XlsRecord(0x041E, Number(200, 2) + std::string("\1\0\0d", 4)) + style;
+  for (const std::string& stream :
+       {XlsStream(0x0500, former, formula), XlsStream(0x0600, present, formula)}) {
+    const XlsContents contents = ReadXlsRecords(stream, XlsCells::passedOver);
+    ASSERT_EQ(contents.sheets.size(), 1u);
+    ASSERT_EQ(contents.sheets[0].values.size(), 1u);
+    EXPECT_EQ(contents.sheets[0].name, "S");
+    EXPECT_EQ(contents.sheets[0].values[0].kind, XlsValue::Kind::date);
+    EXPECT_THAT(contents.texts, ElementsAre("2024-03-01"));
+  }
+}
+
+// The record of the code page made one that only workbooks with a password have.
+TEST(XlsTable, ALockedWorkbookIsToldSo) {
+  for (const char* name : {"kinds.xls", "empty-text.xls"}) {
+    std::string bytes = Stored(name);
+    const std::size_t codePage = bytes.find(std::string("\x42\0\2\0\xB0\4", 6));
+    ASSERT_NE(codePage, std::string::npos);
+    bytes[codePage] = '\x2F';
+    EXPECT_EQ(Convert("d.xls", bytes).end.text, "it is locked with a password") << name;
+    EXPECT_TRUE(ReadXlsRecords(WorkbookStream(bytes), XlsCells::all).locked) << name;
+  }
 }
 
 TEST(XlsTable, WhatIsNoWorkbookIsRefused) {
