@@ -20,7 +20,7 @@
 #include "data/element_file.h"
 #include "data/response_file.h"
 #include "estimate/bias_pass.h"
-#include "estimate/jmle_pass.h"
+#include "pass_cases.h"
 #include "stats/bias_fit.h"
 #include "support/work_file_design.h"
 
@@ -119,14 +119,8 @@ void Setup::WriteRecords(const BiasCase& c) {
 }
 
 Setup& SetupFor(const BiasCase& c) {
-  static std::unique_ptr<Setup> kept;
-  static std::string keptName;
-  if (kept == nullptr || keptName != c.name) {
-    kept.reset();
-    kept = std::make_unique<Setup>(c);
-    keptName = c.name;
-  }
-  return *kept;
+  static KeptCase<Setup> kept;
+  return kept.Of(c.name, [&c] { return std::make_unique<Setup>(c); });
 }
 
 void Finish(benchmark::State& state, std::int32_t terms) {
@@ -135,14 +129,7 @@ void Finish(benchmark::State& state, std::int32_t terms) {
 }
 
 void Jmle(benchmark::State& state, const BiasCase& c) {
-  Setup& setup = SetupFor(c);
-  ObservationReader reader(setup.parts());
-  JmlePass pass(setup.parts());
-  for (auto _ : state) {
-    ClearPassSums(setup.estimates);
-    ClearScaleSums(Recount::notNeeded, setup.scales);
-    pass.Run(reader, 0.0f);
-  }
+  RunJmlePasses(state, SetupFor(c));
   Finish(state, 0);
 }
 

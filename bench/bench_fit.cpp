@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "base/single.h"
-#include "estimate/jmle_pass.h"
+#include "pass_cases.h"
 #include "stats/fair_average.h"
 #include "stats/fit_pass.h"
 #include "stats/residual_pass.h"
@@ -85,16 +85,9 @@ std::unique_ptr<PassDesign> MakeData(const FitCase& c) {
   return data;
 }
 
-// The data of the case at work; one case is held at a time.
 PassDesign& DataOf(const FitCase& c) {
-  static std::unique_ptr<PassDesign> kept;
-  static std::string keptName;
-  if (kept == nullptr || keptName != c.name) {
-    kept.reset();
-    kept = MakeData(c);
-    keptName = c.name;
-  }
-  return *kept;
+  static KeptCase<PassDesign> kept;
+  return kept.Of(c.name, [&c] { return MakeData(c); });
 }
 
 void Finish(benchmark::State& state) {
@@ -102,14 +95,7 @@ void Finish(benchmark::State& state) {
 }
 
 void Jmle(benchmark::State& state, const FitCase& c) {
-  PassDesign& data = DataOf(c);
-  ObservationReader reader(data.parts());
-  JmlePass pass(data.parts());
-  for (auto _ : state) {
-    ClearPassSums(data.estimates);
-    ClearScaleSums(Recount::notNeeded, data.scales);
-    pass.Run(reader, 0.0f);
-  }
+  RunJmlePasses(state, DataOf(c));
   Finish(state);
 }
 

@@ -8,11 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "run/analysis.h"
 #include "spec/delements.h"
 #include "spec/label_list.h"
 #include "spec/label_loader.h"
-#include "support/recording_shell.h"
+#include "support/run_bench.h"
 
 namespace flanks {
 namespace {
@@ -20,15 +19,7 @@ namespace {
 enum class Form { inOrder, withGaps, outOfOrder, withMeasures };
 
 // A run whose labels file holds so many elements of one Flank.
-struct LabelsBench {
-  Process process;
-  Analysis analysis;
-  RecordingShell shell{process.control};
-  RecordingDialogs dialogs;
-  Launcher launcher;
-  Console console{shell, dialogs, process.control, analysis.settings, analysis.report};
-  Run run{process, analysis, console, dialogs, launcher};
-
+struct LabelsBench : RunBench {
   LabelsBench(std::int64_t elements, Form form) {
     Design& design = analysis.design;
     design.FlankCount = 1;

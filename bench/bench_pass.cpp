@@ -25,6 +25,7 @@
 #include "data/record_reader.h"
 #include "data/response_file.h"
 #include "estimate/jmle_pass.h"
+#include "pass_cases.h"
 #include "support/plain_kernel.h"
 #include "support/work_file_design.h"
 
@@ -44,8 +45,6 @@ struct PassCase {
   Order order = Order::byPerson;
   int top = 4;
   Kind kind = Kind::usual;
-
-  bool operator==(const PassCase&) const = default;
 };
 
 // Everything that a pass works on.
@@ -240,14 +239,8 @@ Sums SumsOf(const Setup& setup) {
 }
 
 Setup& SetupFor(const PassCase& c) {
-  static std::unique_ptr<Setup> kept;
-  static PassCase keptCase;
-  if (kept == nullptr || keptCase != c) {
-    kept.reset();
-    kept = std::make_unique<Setup>(c);
-    keptCase = c;
-  }
-  return *kept;
+  static KeptCase<Setup> kept;
+  return kept.Of(c.name, [&c] { return std::make_unique<Setup>(c); });
 }
 
 void Finish(benchmark::State& state) {

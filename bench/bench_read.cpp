@@ -17,26 +17,12 @@
 #include "data/data_pass.h"
 #include "data/element_file.h"
 #include "data/response_file.h"
+#include "silent_shell.h"
 
 namespace flanks {
 namespace {
 
 constexpr std::int32_t kExaminees = 100000, kRaters = 50, kCriteria = 5, kCategoryCount = 5;
-
-// Says nothing and is never asked to stop.
-class QuietShell : public Shell {
- public:
-  using Shell::Shell;
-
- protected:
-  void DoDeliverEvents() override {}
-  void DoWait(int) override {}
-  void DoShowStatus(std::string_view, Emphasis) override {}
-  void DoAppendOutput(std::string_view) override {}
-  void DoShowProgress(std::string_view) override {}
-  void DoEditFile(const std::string&, ViewAt, std::string_view) override {}
-  std::int64_t DoMilliseconds() override { return 0; }
-};
 
 std::int64_t LineCount() {
   const char* given = std::getenv("FLANKS_BENCH_LINES");
@@ -142,7 +128,7 @@ void ReadAll(benchmark::State& state, Form form, PlainLines plainLines) {
   for (auto _ : state) {
     Process process;
     Analysis analysis;
-    QuietShell shell(process.control);
+    SilentShell shell(process.control);
     Dialogs dialogs;
     Console console(shell, dialogs, process.control, analysis.settings, analysis.report);
     analysis.settings.Missing = form == Form::unusual ? ",x," : "";

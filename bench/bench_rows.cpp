@@ -17,6 +17,7 @@
 #include "output/residual_file.h"
 #include "run/console.h"
 #include "run/pipeline.h"
+#include "silent_shell.h"
 #include "support/scratch_folder.h"
 
 namespace flanks {
@@ -27,20 +28,6 @@ constexpr int kRatersOfExaminee = 5;
 constexpr int kRaters = 50;
 constexpr int kItems = 10;
 constexpr int kRounds = 10;
-
-class SilentShell : public Shell {
- public:
-  using Shell::Shell;
-
- protected:
-  void DoDeliverEvents() override {}
-  void DoWait(int) override {}
-  void DoShowStatus(std::string_view, Emphasis) override {}
-  void DoAppendOutput(std::string_view) override {}
-  void DoShowProgress(std::string_view) override {}
-  void DoEditFile(const std::string&, ViewAt, std::string_view) override {}
-  std::int64_t DoMilliseconds() override { return 0; }
-};
 
 std::string DataLines() {
   std::mt19937 random(11);

@@ -27,6 +27,7 @@
 
 #include "run/analysis.h"
 #include "run/pipeline.h"
+#include "silent_shell.h"
 #include "support/scratch_folder.h"
 
 namespace flanks {
@@ -43,17 +44,15 @@ double ProcessorSeconds() {
 }
 
 // Shows nothing, and looks at the clock at the lines that begin a part of the run.
-class TimingShell : public Shell {
+class TimingShell : public SilentShell {
  public:
-  using Shell::Shell;
+  using SilentShell::SilentShell;
 
   double table3 = 0.0, firstIteration = 0.0, lastIteration = 0.0, fit = 0.0, fitEnd = 0.0;
   std::array<double, 15> ofTable{};  // seconds
   int iterationsBetween = 0;
 
  protected:
-  void DoDeliverEvents() override {}
-  void DoWait(int) override {}
   void DoShowStatus(std::string_view text, Emphasis) override {
     const double now = ProcessorSeconds();
     const auto says = [text](std::string_view words) {
@@ -75,9 +74,6 @@ class TimingShell : public Shell {
       table_ = static_cast<std::size_t>(std::atoi(std::string(text.substr(6)).c_str()));
     if (says("Computing fit summary") || says("Analyzed in")) table_ = 0;
   }
-  void DoAppendOutput(std::string_view) override {}
-  void DoShowProgress(std::string_view) override {}
-  void DoEditFile(const std::string&, ViewAt, std::string_view) override {}
   std::int64_t DoMilliseconds() override {
     return static_cast<std::int64_t>(1000.0 * ProcessorSeconds());
   }

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "base/single.h"
-#include "estimate/jmle_pass.h"
 #include "estimate/subsets.h"
+#include "pass_cases.h"
 #include "support/pass_design.h"
 
 namespace flanks {
@@ -66,28 +66,13 @@ std::unique_ptr<PassDesign> MakeData(const SubsetCase& c) {
   return data;
 }
 
-// The data of the case at work; one case is held at a time.
 PassDesign& DataOf(const SubsetCase& c) {
-  static std::unique_ptr<PassDesign> kept;
-  static std::string keptName;
-  const std::string name = c.name + std::to_string(c.observations);
-  if (kept == nullptr || keptName != name) {
-    kept.reset();
-    kept = MakeData(c);
-    keptName = name;
-  }
-  return *kept;
+  static KeptCase<PassDesign> kept;
+  return kept.Of(c.name + std::to_string(c.observations), [&c] { return MakeData(c); });
 }
 
 void Jmle(benchmark::State& state, const SubsetCase& c) {
-  PassDesign& data = DataOf(c);
-  ObservationReader reader(data.parts());
-  JmlePass pass(data.parts());
-  for (auto _ : state) {
-    ClearPassSums(data.estimates);
-    ClearScaleSums(Recount::notNeeded, data.scales);
-    pass.Run(reader, 0.0f);
-  }
+  RunJmlePasses(state, DataOf(c));
   state.SetItemsProcessed(state.iterations() * c.observations);
 }
 

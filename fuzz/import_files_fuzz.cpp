@@ -12,8 +12,8 @@
 #include <utility>
 
 #include "fuzz_checks.h"
+#include "gathered_import.h"
 #include "import/compound_file.h"
-#include "import/import_text.h"
 #include "import/unpacked_file.h"
 #include "import/xls_records.h"
 #include "import/xlsx_table_parts.h"
@@ -38,17 +38,14 @@ XlsxTables SomeTables() {
 }
 
 std::string SheetText(std::string_view xml, std::size_t block) {
-  std::string written;
-  const ConversionWatch watch;
-  ImportText text({1, ",9,"}, watch, [&](std::string_view piece) {
-    written += piece;
-    return true;
-  });
+  GatheredImport gathered;
+  ImportText& text = gathered.text;
   text.BeginSheet("One");
   XmlPieces pieces(InBlocks(xml, block), "row");
   const std::string reason = ReadSheetPart(pieces, SomeTables(), text);
   text.EndSheet();
-  return written + text.Finish().text + "|" + reason;
+  const ConversionEnd end = text.Finish();
+  return gathered.written + end.text + "|" + reason;
 }
 
 void CheckSheet(std::string_view input) {

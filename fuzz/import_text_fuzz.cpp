@@ -12,9 +12,9 @@
 #include "base/text.h"
 #include "data/data_line.h"
 #include "fuzz_checks.h"
+#include "gathered_import.h"
 #include "import/cell_format.h"
 #include "import/import_name.h"
-#include "import/import_text.h"
 
 namespace flanks {
 namespace {
@@ -88,12 +88,8 @@ bool IsPlain(const std::vector<std::string>& cells) {
 }
 
 void CheckText(std::string_view lines) {
-  std::string written;
-  const ConversionWatch watch;
-  ImportText text({1, ",9,"}, watch, [&](std::string_view piece) {
-    written += piece;
-    return true;
-  });
+  GatheredImport gathered;
+  ImportText& text = gathered.text;
   text.BeginSheet("One");
   std::vector<std::vector<std::string>> rows;
   FieldCursor cursor(lines, '\n');
@@ -115,7 +111,7 @@ void CheckText(std::string_view lines) {
   const ConversionEnd end = text.Finish();
   Require(end.done() || !end.text.empty(), "words for what is wrong");
   if (!end.done() || !oneSheet) return;
-  FieldCursor out(written, '\n');
+  FieldCursor out(gathered.written, '\n');
   for (const std::vector<std::string>& cells : rows) {
     if (!out.Next(line)) break;  // empty rows at the end
     if (!IsPlain(cells) || line.starts_with(';')) continue;

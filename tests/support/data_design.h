@@ -21,24 +21,14 @@
 
 #include "data/data_pass.h"
 #include "data/record_reader.h"
-#include "run/run.h"
-#include "support/recording_shell.h"
-#include "support/scratch_folder.h"
+#include "support/run_bench.h"
 
 namespace flanks {
 
-class DataRun {
+class DataRun : public RunBench {
  public:
   using Elements = std::vector<std::pair<std::int32_t, std::string>>;  // ascending numbers
 
-  ScratchFolder folder;
-  Process process;
-  Analysis analysis;
-  RecordingShell shell{process.control};
-  RecordingDialogs dialogs;
-  Launcher launcher;
-  Console console{shell, dialogs, process.control, analysis.settings, analysis.report};
-  Run run{process, analysis, console, dialogs, launcher};
   int linesBefore = 0;  // lines of the Specification in front of the data
 
   DataRun();

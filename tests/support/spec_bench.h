@@ -10,22 +10,17 @@
 #include <string>
 #include <string_view>
 
-#include "run/analysis.h"
-#include "run/console.h"
 #include "run/faults.h"
-#include "run/process.h"
-#include "run/run.h"
 #include "spec/delements.h"
 #include "spec/labels.h"
 #include "spec/models.h"
 #include "spec/scales.h"
 #include "spec/specification_reader.h"
-#include "support/recording_shell.h"
-#include "support/scratch_folder.h"
+#include "support/run_bench.h"
 
 namespace flanks {
 
-class SpecBench {
+class SpecBench : public RunBench {
  public:
   // Reads the Specification; with `through` also makes the tables, as far as there is no fault.
   enum class Through { reading, tables, matching };
@@ -54,15 +49,6 @@ class SpecBench {
   ElementSlot slot(int flank, int number) {
     return ElementFinder(flanks(), elements()).FindElementSlot(number, FlankNo(flank)).slot;
   }
-
-  ScratchFolder folder;  // first, so that the work files vanish before it
-  Process process;
-  Analysis analysis;
-  RecordingShell shell{process.control};
-  RecordingDialogs dialogs;
-  Launcher launcher;
-  Console console{shell, dialogs, process.control, analysis.settings, analysis.report};
-  Run run{process, analysis, console, dialogs, launcher};
 };
 
 }  // namespace flanks

@@ -10,28 +10,14 @@
 #include <string_view>
 #include <vector>
 
-#include "run/analysis.h"
-#include "run/console.h"
-#include "run/process.h"
-#include "run/run.h"
 #include "spec/command_line.h"
 #include "spec/spec_context.h"
 #include "spec/specification_reader.h"
-#include "support/recording_shell.h"
-#include "support/scratch_folder.h"
+#include "support/run_bench.h"
 
 namespace flanks {
 
-struct SpecRun {
-  ScratchFolder folder;
-  Process process;
-  Analysis analysis;
-  RecordingShell shell{process.control};
-  RecordingDialogs dialogs;
-  Launcher launcher;
-  Console console{shell, dialogs, process.control, analysis.settings, analysis.report};
-  Run run{process, analysis, console, dialogs, launcher};
-
+struct SpecRun : RunBench {
   SpecContext context() { return SpecContextOf(analysis, process, console); }
 
   // The steps in order, as long as none has a fault.

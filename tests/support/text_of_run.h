@@ -12,36 +12,27 @@
 #include <string>
 
 #include "output/destination.h"
-#include "run/console.h"
-#include "support/analysis_run.h"
+#include "support/finished_run.h"
 #include "support/source_tree.h"  // LinesOf
 
 namespace flanks {
 
-class TextOfRun {
+class TextOfRun : public FinishedRun {
  public:
-  explicit TextOfRun(AnalysisRun& done)
-      : done_(done),
-        console_(done.shell, done.dialogs, done.process.control, done.analysis.settings,
-                 done.analysis.report),
-        run{done.process, done.analysis, console_, done.dialogs, done.launcher} {}
+  explicit TextOfRun(AnalysisRun& done) : FinishedRun(done), folder_(done.folder) {}
 
   template <class Write>
   std::string Of(const Write& write) {
     ReplacedFile file;
-    EXPECT_FALSE(file.Open(done_.folder.file("written.txt")));
+    EXPECT_FALSE(file.Open(folder_.file("written.txt")));
     Destination out(file);
     write(run, out);
     file.Commit();
-    return done_.folder.read("written.txt");
+    return folder_.read("written.txt");
   }
 
  private:
-  AnalysisRun& done_;
-  Console console_;
-
- public:
-  Run run;
+  const ScratchFolder& folder_;
 };
 
 }  // namespace flanks

@@ -4,22 +4,12 @@
 #include <stdexcept>
 #include <string>
 
-#include "support/recording_shell.h"
-#include "support/scratch_folder.h"
+#include "support/run_bench.h"
 
 namespace flanks {
 namespace {
 
-struct Bench {
-  ScratchFolder folder;
-  Process process;
-  Analysis analysis;
-  RecordingShell shell{process.control};
-  RecordingDialogs dialogs;
-  Launcher launcher;
-  Console console{shell, dialogs, process.control, analysis.settings, analysis.report};
-  Run run{process, analysis, console, dialogs, launcher};
-
+struct Bench : RunBench {
   bool WriteThree(const std::string& name) {
     return WriteOutputFile(run, "WriteThree", name, [](Destination& out) {
       out.Line("one");

@@ -18,8 +18,7 @@
 #include "output/tab_text.h"
 #include "output/xlsx_charts.h"
 #include "output/xlsx_writer.h"
-#include "support/recording_shell.h"
-#include "support/scratch_folder.h"
+#include "support/run_bench.h"
 
 namespace flanks {
 namespace {
@@ -130,26 +129,8 @@ TEST(DistinctNames, AreThoseOfR) {
   EXPECT_THAT(DistinctNames({"a", "a", "a.1", "a.1"}), ElementsAre("a", "a.2", "a.1", "a.1.1"));
 }
 
-class KeepingLauncher : public Launcher {
- public:
-  bool works = false;
-  std::vector<std::string> asked;
-  bool Open(const std::string& name) override {
-    asked.push_back(name);
-    return works;
-  }
-};
-
 // A tab-separated text in a scratch folder and a run to hand it over.
-struct Bench {
-  ScratchFolder folder;
-  Process process;
-  Analysis analysis;
-  RecordingShell shell{process.control};
-  RecordingDialogs dialogs;
-  KeepingLauncher launcher;
-  Console console{shell, dialogs, process.control, analysis.settings, analysis.report};
-  Run run{process, analysis, console, dialogs, launcher};
+struct Bench : RunBench {
   std::string text = folder.write("text.txt", "Measure\tE-Label\n0.05\tAnn\n-1.50\tBen\n");
   std::string spssText = folder.write(
       "spss.txt", "1\nMeasure\tE-Label\nLogit Measure\tElement Label\n-4\t3\n0.05\tAnn\n");

@@ -5,10 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "run/analysis.h"
-#include "run/console.h"
-#include "support/recording_shell.h"
-#include "support/scratch_folder.h"
+#include "support/run_bench.h"
 
 namespace flanks {
 namespace {
@@ -23,15 +20,7 @@ TEST(AbsoluteName, HasTheCurrentFolderWhenItHasNone) {
     EXPECT_EQ(AbsoluteName(name), name);
 }
 
-struct Bench {
-  ScratchFolder folder;
-  Process process;
-  Analysis analysis;
-  RecordingShell shell{process.control};
-  RecordingDialogs dialogs;
-  Launcher launcher;
-  Console console{shell, dialogs, process.control, analysis.settings, analysis.report};
-  Run run{process, analysis, console, dialogs, launcher};
+struct Bench : RunBench {
   std::vector<OutputForm> forms;
 
   bool Write(const std::string& name) {
