@@ -118,6 +118,18 @@ bool SplitAtBlanks(ItemTaker& taker, const std::string& text) {
 
 }  // namespace
 
+SplitRules SplitRulesOf(const Design& design, const Settings& settings) {
+  SplitRules rules;
+  rules.DataFlankCount = design.DataFlankCount;
+  rules.Replication = settings.Replication;
+  if (settings.Dvalues.empty()) return rules;
+  rules.dvalues.assign(static_cast<std::size_t>(design.DataFlankCount), nullptr);
+  for (const DvalueEntry& entry : settings.Dvalues)
+    if (entry.position >= 1 && entry.position <= design.DataFlankCount)
+      rules.dvalues[static_cast<std::size_t>(entry.position - 1)] = &entry;
+  return rules;
+}
+
 bool ReadReplication(std::string_view item, std::string_view replicationText, float& value) {
   if (item.size() <= replicationText.size()) return false;
   for (std::size_t i = 0; i < replicationText.size(); ++i)

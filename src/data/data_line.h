@@ -21,6 +21,7 @@
 #include <string_view>
 #include <vector>
 
+#include "run/design.h"
 #include "run/faults.h"
 #include "run/settings.h"
 
@@ -40,6 +41,9 @@ struct SplitRules {
     return dvalues.empty() ? nullptr : dvalues[static_cast<std::size_t>(position - 1)];
   }
 };
+
+// The settings must outlive the rules.
+SplitRules SplitRulesOf(const Design& design, const Settings& settings);
 
 struct DataLine {
   std::string text;                      // the line as it was split

@@ -50,18 +50,6 @@ inline bool TakePlainText(const char*& at, const char* end, std::string_view& fi
   return !field.empty() && field.front() != ' ' && field.back() != ' ' && (at == end || *at == ',');
 }
 
-SplitRules RulesOf(const Design& design, const Settings& settings) {
-  SplitRules rules;
-  rules.DataFlankCount = design.DataFlankCount;
-  rules.Replication = settings.Replication;
-  if (settings.Dvalues.empty()) return rules;
-  rules.dvalues.assign(static_cast<std::size_t>(design.DataFlankCount), nullptr);
-  for (const DvalueEntry& entry : settings.Dvalues)
-    if (entry.position >= 1 && entry.position <= design.DataFlankCount)
-      rules.dvalues[static_cast<std::size_t>(entry.position - 1)] = &entry;
-  return rules;
-}
-
 }  // namespace
 
 DataPassParts DataPassPartsOf(Run& run) {
@@ -74,7 +62,7 @@ DataPassParts DataPassPartsOf(Run& run) {
 DataPass::DataPass(const DataPassParts& parts, SpecificationSource& source, PlainLines plainLines)
     : parts_(parts),
       source_(source),
-      rules_(RulesOf(parts.design, parts.settings)),
+      rules_(SplitRulesOf(parts.design, parts.settings)),
       finder_(parts.design.flanks, parts.design.elements),
       labels_(parts.design.flanks, parts.design.elements, parts.console),
       resolver_(parts.design, parts.settings.NullElement, rules_, finder_, labels_, parts.counts),

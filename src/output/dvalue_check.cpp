@@ -4,18 +4,6 @@
 
 namespace flanks {
 
-SplitRules SplitRulesOf(const Design& design, const Settings& settings) {
-  SplitRules rules;
-  rules.DataFlankCount = design.DataFlankCount;
-  rules.Replication = settings.Replication;
-  if (settings.Dvalues.empty()) return rules;
-  rules.dvalues.assign(static_cast<std::size_t>(design.DataFlankCount), nullptr);
-  for (const DvalueEntry& entry : settings.Dvalues)
-    if (entry.position >= 1 && entry.position <= design.DataFlankCount)
-      rules.dvalues[static_cast<std::size_t>(entry.position - 1)] = &entry;
-  return rules;
-}
-
 DvalueCheck::DvalueCheck(const Design& design, const Settings& settings, const SplitRules& rules,
                          LabelFinder& labels)
     : rules_(rules),

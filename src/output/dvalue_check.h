@@ -22,9 +22,6 @@
 
 namespace flanks {
 
-// How a data line of these settings is split.
-SplitRules SplitRulesOf(const Design& design, const Settings& settings);
-
 class DvalueCheck {
  public:
   // The references must outlive the check.

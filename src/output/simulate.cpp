@@ -66,10 +66,6 @@ class Identifiers {
   LabelFinder labels_;
 };
 
-bool IsMissingCode(const std::string& missing, std::string_view text) {
-  return missing.find("," + std::string(text) + ",") != std::string::npos;
-}
-
 // What stands on a line for a category.
 struct ResponseText {
   std::string text;
@@ -79,7 +75,7 @@ struct ResponseText {
 // A response that the data reader takes for category `raw` of a statement.
 ResponseText ResponseFor(const Design& design, const Settings& settings, ModelRow model, int raw) {
   const auto leadsThere = [&](const std::string& text) {
-    if (IsMissingCode(settings.Missing, text)) return false;
+    if (IsListed(settings.Missing, text)) return false;
     const ScoredResponse scored = ScoreResponse(design, model, text);
     return scored.fate == ResponseFate::valid && scored.category == raw;
   };
