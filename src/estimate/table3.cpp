@@ -29,13 +29,6 @@ constexpr std::string_view kLargestCategory =
 constexpr std::string_view kFlankSummary =
     "\\            \\  Mean=####.## S.D.=####.## Count=######";
 
-std::string Framed(std::string_view text) {
-  std::string line(1, kBoxColumn);
-  line += text;
-  line.resize(kDetailWidth + 1, ' ');
-  return line + kBoxColumn;
-}
-
 std::string_view PhaseWord(std::int32_t phase) {
   if (phase < kPhaseJmle) return "PROX";
   return phase == kPhaseJmle ? "JMLE" : "BIAS";
@@ -187,14 +180,25 @@ std::string IterationHeader(const IterationState& iteration) {
 }
 
 std::string IterationDetail(const IterationState& iteration) {
-  return Framed(iteration.EstimationPhase < kPhaseJmle ? ProxDetail(iteration)
-                                                       : JmleDetail(iteration));
+  return IterationBoxLine(iteration.EstimationPhase < kPhaseJmle ? ProxDetail(iteration)
+                                                                 : JmleDetail(iteration));
+}
+
+std::string IterationBoxLine(std::string_view text) {
+  std::string line(1, kBoxColumn);
+  line += text;
+  line.resize(kDetailWidth + 1, ' ');
+  return line + kBoxColumn;
+}
+
+void BeginIterationBox(Console& console, const std::string& title, std::string_view secondHead) {
+  TableHeading(console, title);
+  BeginBox(console, {"", IterationBoxLine(kFirstHead), IterationBoxLine(secondHead), ""},
+           "x" + std::string(kDetailWidth, '-') + "x");
 }
 
 void WriteTable3Head(Console& console) {
-  TableHeading(console, kTitle);
-  BeginBox(console, {"", Framed(kFirstHead), Framed(kSecondHead), ""},
-           "x" + std::string(kDetailWidth, '-') + "x");
+  BeginIterationBox(console, std::string(kTitle), kSecondHead);
 }
 
 void WriteTable3Foot(Console& console) {

@@ -10,6 +10,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "estimate/flank_update.h"
 #include "run/console.h"
@@ -45,6 +46,11 @@ void ReportIteration(Console& console, const Table3Input& input);
 // "Mean=... S.D.=... Count=..." of one Flank, in user units; long form only.
 void ReportFlankSummary(Console& console, const std::string& flankName,
                         const FlankSummary& summary);
+
+// The box of iterations, which Table 9 has as well: its head, of which `secondHead` is the second
+// line, and a line of it.
+void BeginIterationBox(Console& console, const std::string& title, std::string_view secondHead);
+std::string IterationBoxLine(std::string_view text);
 
 // The lines themselves, for the tests.
 std::string IterationHeader(const IterationState& iteration);

@@ -3,26 +3,14 @@
 #include <string_view>
 
 #include "estimate/table3.h"
-#include "report/format/box.h"
 #include "report/format/edit_word.h"
 #include "run/report_page.h"
 
 namespace flanks {
 namespace {
 
-constexpr std::size_t kDetailWidth = 59;
-
-constexpr std::string_view kFirstHead =
-    " Iteration      Max. Score Residual      Max. Logit Change ";
 constexpr std::string_view kSecondHead =
     "                Terms    %                  Terms   Moving ";
-
-std::string Framed(std::string_view text) {
-  std::string line(1, kBoxColumn);
-  line += text;
-  line.resize(kDetailWidth + 1, ' ');
-  return line + kBoxColumn;
-}
 
 std::string Detail(const IterationState& iteration, std::int32_t BiasMoving) {
   const LargestChanges& changes = iteration.changes;
@@ -41,13 +29,12 @@ std::string Detail(const IterationState& iteration, std::int32_t BiasMoving) {
 }  // namespace
 
 std::string BiasIterationDetail(const IterationState& iteration, std::int32_t BiasMoving) {
-  return Framed(Detail(iteration, BiasMoving));
+  return IterationBoxLine(Detail(iteration, BiasMoving));
 }
 
 void WriteTable9Head(Console& console, int number) {
-  TableHeading(console, "Table 9." + std::to_string(number) + "  Bias Iteration Report");
-  BeginBox(console, {"", Framed(kFirstHead), Framed(kSecondHead), ""},
-           "x" + std::string(kDetailWidth, '-') + "x");
+  BeginIterationBox(console, "Table 9." + std::to_string(number) + "  Bias Iteration Report",
+                    kSecondHead);
 }
 
 void ReportBiasIteration(Console& console, const IterationState& iteration,

@@ -13,7 +13,7 @@
 namespace flanks {
 namespace {
 
-constexpr int kSmallestNumberWidth = 3, kSmallestSequenceWidth = 2, kSmallestLabelWidth = 20;
+constexpr int kSmallestNumberWidth = 3, kSmallestSequenceWidth = 2;
 constexpr int kMeasureWidth = 6, kErrorWidth = 5;
 constexpr int kStatisticDecimals = 2, kProbabilityDecimals = 4;
 constexpr std::int16_t kUnmeasurable = 4;  // the status whose word a term without estimate has
@@ -43,24 +43,6 @@ std::string PadLeft(const std::string& text, int width) {
   return Blanks(width - static_cast<int>(text.size())) + text;
 }
 
-std::string WithSeparators(std::string_view text) {
-  std::string line(text);
-  std::replace(line.begin(), line.end(), '|', kBoxColumn);
-  return line;
-}
-
-std::string JoinLabel(bool leftHand, const std::string& rest, const std::string& label) {
-  if (leftHand) return std::string(1, kBoxColumn) + label + rest;
-  return rest + label + kBoxColumn;
-}
-
-// The label's cell, with the free field that takes the empty text of the other side.
-std::string RowWord(const Table13Layout& layout, std::string_view figures) {
-  const std::string field = " \\" + Blanks(layout.labelWidth - 2) + "\\";
-  const std::string line = JoinLabel(layout.leftHand, WithSeparators(figures), field);
-  return layout.leftHand ? line + "&" : "&" + line;
-}
-
 std::string LabelHead(const Analysis& analysis, const Table13Layout& layout) {
   std::string head = "Sq" + Blanks(layout.sequenceWidth - 2);
   for (const BiasCell& cell : layout.cells) head += " " + BiasCellHead(analysis, cell);
@@ -75,17 +57,6 @@ std::string Label(const Analysis& analysis, const Table13Layout& layout, const B
   for (std::size_t which = 0; which < layout.cells.size(); ++which)
     label += " " + BiasCellText(analysis, layout.cells[which], elements[which]);
   return label;
-}
-
-EditLine BeginRow(const Table13Layout& layout, const std::string& word, const std::string& label) {
-  EditLine line(word, layout.encoding);
-  line.EditString(layout.leftHand ? label : "");
-  return line;
-}
-
-std::string EndRow(EditLine& line, const Table13Layout& layout, const std::string& label) {
-  line.EditString(layout.leftHand ? "" : label);
-  return line.Finish();
 }
 
 void AppendScores(EditLine& line, const BiasFigures& figures) {
@@ -149,32 +120,24 @@ std::string BiasCellText(const Analysis& analysis, const BiasCell& cell, Element
 Table13Layout LayOutTable13(const Analysis& analysis, const BiasResults& results, int widest) {
   const Settings& settings = analysis.settings;
   Table13Layout layout;
-  layout.leftHand = settings.LeftHand;
-  layout.encoding = EncodingOf(settings);
+  layout.label.leftHand = settings.LeftHand;
+  layout.label.encoding = EncodingOf(settings);
   layout.sequenceWidth = std::max(kSmallestSequenceWidth, DigitsOf(results.terms.rows()));
   for (const Position position : results.interaction.positions)
     layout.cells.push_back(BiasCellOf(analysis, analysis.design.maps.ModelFlank[position]));
   const std::string head = LabelHead(analysis, layout);
   // Across the box: between its outer separators, behind a blank.
   const int figures = static_cast<int>(kSecondHead.size()) - 1;
-  layout.labelWidth =
-      std::max({kSmallestLabelWidth, DisplayWidth(head, layout.encoding), widest - figures});
+  layout.label.width =
+      std::max({kSmallestLabelWidth, DisplayWidth(head, layout.label.encoding), widest - figures});
 
   std::string firstHead(kFirstHead);
   firstHead[firstHead.find('~')] = settings.Bias > 0 ? '+' : '-';
-  const std::string secondHead(kSecondHead);
-  layout.headingRows = {
-      "", JoinLabel(layout.leftHand, WithSeparators(firstHead), Blanks(layout.labelWidth + 1)),
-      JoinLabel(layout.leftHand, WithSeparators(secondHead),
-                " " + ClipField(head, layout.labelWidth, layout.encoding)),
-      ""};
-  std::string dashes = secondHead;
-  for (char& c : dashes) c = c == '|' ? 'x' : '-';
-  const std::string labelDashes(static_cast<std::size_t>(layout.labelWidth) + 1, '-');
-  layout.rulePattern = layout.leftHand ? "x" + labelDashes + dashes : dashes + labelDashes + "x";
-  layout.termRow = RowWord(layout, kTermRow);
-  layout.textRow = RowWord(layout, kTextRow);
-  layout.footRow = RowWord(layout, kFootRow);
+  layout.headingRows = HeadingRowsWith(layout.label, firstHead, kSecondHead, head);
+  layout.rulePattern = RulePatternWith(layout.label, kSecondHead);
+  layout.termRow = RowWordWith(layout.label, kTermRow);
+  layout.textRow = RowWordWith(layout.label, kTextRow);
+  layout.footRow = RowWordWith(layout.label, kFootRow);
   return layout;
 }
 
@@ -194,11 +157,11 @@ std::string TermLine(const Analysis& analysis, const Table13Layout& layout,
   const BiasFigures figures = FiguresOf(settings, term);
   const std::string label = Label(analysis, layout, results, row);
   const bool estimated = term.standing != BiasStanding::none;
-  EditLine line = BeginRow(layout, estimated ? layout.termRow : layout.textRow, label);
+  EditLine line = BeginRow(layout.label, estimated ? layout.termRow : layout.textRow, label);
   AppendScores(line, figures);
   if (!estimated) {
     line.EditString(StatusWord(kUnmeasurable));
-    return EndRow(line, layout, label);
+    return EndRow(line, layout.label, label);
   }
   AppendAverage(line, figures);
   AppendTest(line, settings, BiasSizeText(figures.size, term.standing, settings.Udecimals),
@@ -207,23 +170,23 @@ std::string TermLine(const Analysis& analysis, const Table13Layout& layout,
   line.EditString(FixedField(term.Probability, kErrorWidth, kProbabilityDecimals));
   line.EditDouble(figures.infitMeanSquare);
   line.EditDouble(figures.outfitMeanSquare);
-  return EndRow(line, layout, label);
+  return EndRow(line, layout.label, label);
 }
 
 std::string BiasFootLine(const Settings& settings, const Table13Layout& layout,
                          const BiasFigures& figures, const std::string& words) {
-  EditLine line = BeginRow(layout, layout.footRow, words);
+  EditLine line = BeginRow(layout.label, layout.footRow, words);
   AppendScores(line, figures);
   AppendAverage(line, figures);
   AppendTest(line, settings, FixedField(figures.size, kMeasureWidth, settings.Udecimals), figures);
   line.EditDouble(figures.infitMeanSquare);
   line.EditDouble(figures.outfitMeanSquare);
-  return EndRow(line, layout, words);
+  return EndRow(line, layout.label, words);
 }
 
 std::string BiasLineAcross(const Table13Layout& layout, const std::string& words) {
   const int inner = static_cast<int>(layout.rulePattern.size()) - 2;
-  return kBoxColumn + ClipField(" " + words, inner, layout.encoding) + kBoxColumn;
+  return kBoxColumn + ClipField(" " + words, inner, layout.label.encoding) + kBoxColumn;
 }
 
 }  // namespace flanks

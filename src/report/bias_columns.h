@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "base/utf8.h"
+#include "report/label_column.h"
 #include "run/analysis.h"
 #include "stats/bias_statistics.h"
 #include "stats/bias_summary.h"
@@ -34,10 +34,8 @@ std::string BiasCellHead(const Analysis& analysis, const BiasCell& cell);
 std::string BiasCellText(const Analysis& analysis, const BiasCell& cell, ElementSlot slot);
 
 struct Table13Layout {
-  bool leftHand = false;
-  Utf8Encoded encoding = Utf8Encoded::detect;
+  LabelColumn label;
   int sequenceWidth = 2;
-  int labelWidth = 20;
   std::vector<BiasCell> cells;  // by position of the interaction
   std::array<std::string, 4> headingRows;
   std::string rulePattern;

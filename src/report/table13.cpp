@@ -9,6 +9,7 @@
 #include "report/format/join_number.h"
 #include "report/format/key_sort.h"
 #include "report/format/sort_key.h"
+#include "report/mean_lines.h"
 #include "report/separation_lines.h"
 #include "report/table7_sort.h"
 #include "run/messages.h"
@@ -100,9 +101,8 @@ std::vector<BiasTermRow> InOrder(Run& run, const BiasResults& results, const std
 
 // ---- The foot
 
-using Figure = double (*)(const RunningMoments& column, double count);
-
-BiasFigures FootFigures(const BiasSummary& summary, Figure figure) {
+BiasFigures FootFigures(const BiasSummary& summary, const MeanLine& line) {
+  const auto figure = line.figure;
   const double count = summary.terms.Count;
   const auto of = [&](SummarySlot slot) {
     return figure(summary.measures.slots[static_cast<std::size_t>(slot)], count);
@@ -120,27 +120,10 @@ BiasFigures FootFigures(const BiasSummary& summary, Figure figure) {
   return figures;
 }
 
-std::string MeanWords(const Table13Layout& layout, double count) {
-  const auto rows = static_cast<std::int64_t>(count);
-  const std::string words = JoinNumber("Mean (Count:", rows) + ")";
-  if (DisplayWidth(words) <= layout.labelWidth) return words;
-  return JoinNumber("Mean (Cnt:", rows) + ")";
-}
-
 void WriteMeans(Console& console, const Table13Layout& layout, const BiasSummary& summary) {
-  const auto write = [&](Figure figure, const std::string& words) {
-    WriteReportLine(console,
-                    BiasFootLine(console.settings(), layout, FootFigures(summary, figure), words));
-  };
-  const double rows = summary.terms.Count;
-  write([](const RunningMoments& column, double) { return column.Mean; }, MeanWords(layout, rows));
-  write(
-      [](const RunningMoments& column, double count) { return column.PopulationDeviation(count); },
-      "S.D. (Population)");
-  if (rows <= 1.0) return;
-  write([](const RunningMoments& column,
-           double count) { return SampleDeviation(column.PopulationDeviation(count), count); },
-        "S.D. (Sample)");
+  for (const MeanLine& line : MeanLines(summary.terms.Count, layout.label.width))
+    WriteReportLine(
+        console, BiasFootLine(console.settings(), layout, FootFigures(summary, line), line.words));
 }
 
 // The errors are those of the model, whatever `Standard errors=` says of measures.

@@ -5,15 +5,12 @@
 #include <string_view>
 
 #include "base/utf8.h"
-#include "report/format/box.h"
-#include "report/format/clip_field.h"
 
 namespace flanks {
 namespace {
 
 constexpr std::size_t kSubsetsShown = 20;  // of one element
 
-constexpr int kSmallestLabelWidth = 20;
 constexpr int kSmallestNumberWidth = 3;
 
 // The edit words of the fixed columns; "|" stands for the column separator here.
@@ -25,12 +22,6 @@ constexpr std::string_view kStatusRow =
     "|######.# #####.# ####.##        ! \\    \\       |\\                   \\ |      |";
 constexpr std::string_view kFootRow =
     "|######.# #####.# ####.## ###.## | \\    \\ \\   \\ |##.## ##.# ##.## ##.# |      |";
-
-std::string WithSeparators(std::string_view text) {
-  std::string line(text);
-  std::replace(line.begin(), line.end(), '|', kBoxColumn);
-  return line;
-}
 
 std::string FirstHead(const Settings& settings, bool positive, bool weighted) {
   const std::string score = weighted ? "Weightd" : settings.TotalScoreMode ? "Total  " : "Obsvd  ";
@@ -54,7 +45,8 @@ std::string LabelHead(const Table7Layout& layout, const FlankTable& flanks) {
   return head + flanks.FlankName[layout.flank];
 }
 
-int WidestLabel(const Table7Layout& layout, const Analysis& analysis, Utf8Encoded encoding) {
+int WidestLabel(const Table7Layout& layout, const Analysis& analysis) {
+  const Utf8Encoded encoding = layout.label.encoding;
   const SlotRange range = SlotsOf(analysis.design.flanks, layout.flank);
   int widest = DisplayWidth(LabelHead(layout, analysis.design.flanks), encoding);
   for (ElementSlot e : Upward(range.low, range.high))
@@ -62,31 +54,6 @@ int WidestLabel(const Table7Layout& layout, const Analysis& analysis, Utf8Encode
                                   DisplayWidth(analysis.design.elements.ElementLabel[e], encoding) +
                                   DisplayWidth(SubsetNote(analysis, e)));
   return widest;
-}
-
-// Puts the label's cell behind or in front of the rest of a line.
-std::string JoinLabel(const Table7Layout& layout, const std::string& rest,
-                      const std::string& label) {
-  if (layout.leftHand) return std::string(1, kBoxColumn) + label + rest;
-  return rest + label + kBoxColumn;
-}
-
-// The label's cell of an edit word, with the free field that takes the empty text of the other
-// side.
-std::string RowWord(const Table7Layout& layout, std::string_view fixed,
-                    const std::string& optionalWords) {
-  std::string field = " \\";
-  field.append(static_cast<std::size_t>(layout.labelWidth) - 2, ' ');
-  field += '\\';
-  const std::string rest = WithSeparators(fixed) + WithSeparators(optionalWords);
-  const std::string line = JoinLabel(layout, rest, field);
-  return layout.leftHand ? line + "&" : "&" + line;
-}
-
-std::string DashesFor(std::string_view head) {
-  std::string pattern(head);
-  for (char& c : pattern) c = c == '|' ? 'x' : '-';
-  return pattern;
 }
 
 }  // namespace
@@ -106,13 +73,12 @@ std::string SubsetNote(const Analysis& analysis, ElementSlot slot) {
 Table7Layout LayOutTable7(const Analysis& analysis, FlankNo flank) {
   const Settings& settings = analysis.settings;
   const FlankTable& flanks = analysis.design.flanks;
-  const Utf8Encoded encoding = EncodingOf(settings);
   Table7Layout layout;
-  layout.encoding = encoding;
   layout.flank = flank;
-  layout.leftHand = settings.LeftHand;
+  layout.label.encoding = EncodingOf(settings);
+  layout.label.leftHand = settings.LeftHand;
   layout.numberWidth = std::max(kSmallestNumberWidth, DigitsOf(flanks.FlankHigh[flank]));
-  layout.labelWidth = std::max(kSmallestLabelWidth, WidestLabel(layout, analysis, encoding));
+  layout.label.width = std::max(kSmallestLabelWidth, WidestLabel(layout, analysis));
 
   std::string firstHead =
       FirstHead(settings, IsPositive(flanks, flank), analysis.estimates.iteration.anyWeight);
@@ -125,18 +91,16 @@ Table7Layout LayOutTable7(const Analysis& analysis, FlankNo flank) {
     secondHead += std::string(column.secondHead) + "|";
     optionalWords += std::string(column.editWord) + "|";
   }
-  const std::string emptyCell(static_cast<std::size_t>(layout.labelWidth) + 1, ' ');
-  const std::string labelCell =
-      " " + ClipField(LabelHead(layout, flanks), layout.labelWidth, encoding);
-  layout.headingRows = {"", JoinLabel(layout, WithSeparators(firstHead), emptyCell),
-                        JoinLabel(layout, WithSeparators(secondHead), labelCell), ""};
-  const std::string labelDashes(static_cast<std::size_t>(layout.labelWidth) + 1, '-');
-  layout.rulePattern = layout.leftHand ? "x" + labelDashes + DashesFor(secondHead)
-                                       : DashesFor(secondHead) + labelDashes + "x";
-  layout.fullRow = RowWord(layout, kFullRow, optionalWords);
-  layout.extremeRow = RowWord(layout, kExtremeRow, optionalWords);
-  layout.statusRow = RowWord(layout, kStatusRow, optionalWords);
-  layout.footRow = RowWord(layout, kFootRow, optionalWords);
+  layout.headingRows =
+      HeadingRowsWith(layout.label, firstHead, secondHead, LabelHead(layout, flanks));
+  layout.rulePattern = RulePatternWith(layout.label, secondHead);
+  const auto rowWord = [&](std::string_view fixed) {
+    return RowWordWith(layout.label, std::string(fixed) + optionalWords);
+  };
+  layout.fullRow = rowWord(kFullRow);
+  layout.extremeRow = rowWord(kExtremeRow);
+  layout.statusRow = rowWord(kStatusRow);
+  layout.footRow = rowWord(kFootRow);
   return layout;
 }
 

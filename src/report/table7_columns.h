@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "base/utf8.h"
+#include "report/label_column.h"
 #include "report/table7_optional.h"
 #include "run/analysis.h"
 
@@ -24,9 +24,7 @@ namespace flanks {
 struct Table7Layout {
   FlankNo flank;
   int numberWidth = 3;  // places of the element number in a label
-  int labelWidth = 20;  // display width of the label column
-  bool leftHand = false;
-  Utf8Encoded encoding = Utf8Encoded::detect;
+  LabelColumn label;
   std::vector<Table7Column> optional;  // those that show
   std::array<std::string, 4> headingRows;
   std::string rulePattern;

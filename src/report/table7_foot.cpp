@@ -6,6 +6,7 @@
 #include "base/utf8.h"
 #include "report/format/fixed_field.h"
 #include "report/format/join_number.h"
+#include "report/mean_lines.h"
 #include "report/separation_lines.h"
 #include "report/table7_rows.h"
 #include "run/report_page.h"
@@ -13,23 +14,9 @@
 namespace flanks {
 namespace {
 
-// Mean or S.D. of one column, over `count` rows.
-using Figure = double (*)(const RunningMoments& column, double count);
-
-double Mean(const RunningMoments& column, double) {
-  return column.Mean;
-}
-
-double PopulationDeviation(const RunningMoments& column, double count) {
-  return column.PopulationDeviation(count);
-}
-
-double SampleDeviationOf(const RunningMoments& column, double count) {
-  return SampleDeviation(column.PopulationDeviation(count), count);
-}
-
 // One figure of each column that the foot shows.
-MeasureRow FootFigures(const MeasureSummary& summary, Figure figure) {
+MeasureRow FootFigures(const MeasureSummary& summary, const MeanLine& line) {
+  const auto figure = line.figure;
   const auto of = [&](SummarySlot slot) {
     return figure(summary.slots[static_cast<std::size_t>(slot)], summary.Count);
   };
@@ -59,24 +46,11 @@ MeasureRow FootFigures(const MeasureSummary& summary, Figure figure) {
   return row;
 }
 
-// The shorter words where the label column is too narrow for the long ones.
-std::string MeanWords(const Table7Layout& layout, double count) {
-  const auto rows = static_cast<std::int64_t>(count);
-  const std::string words = JoinNumber("Mean (Count:", rows) + ")";
-  if (DisplayWidth(words) <= layout.labelWidth) return words;
-  return JoinNumber("Mean (Cnt:", rows) + ")";
-}
-
 void WriteMeans(Console& console, const Table7Layout& layout, const MeasureSummary& summary,
                 const std::string& group) {
-  const Settings& settings = console.settings();
-  const auto write = [&](Figure figure, const std::string& words) {
-    WriteReportLine(console,
-                    FootLine(settings, layout, FootFigures(summary, figure), words, group));
-  };
-  write(Mean, MeanWords(layout, summary.Count));
-  write(PopulationDeviation, "S.D. (Population)");
-  if (summary.Count > 1.0) write(SampleDeviationOf, "S.D. (Sample)");
+  for (const MeanLine& line : MeanLines(summary.Count, layout.label.width))
+    WriteReportLine(console, FootLine(console.settings(), layout, FootFigures(summary, line),
+                                      line.words, group));
 }
 
 // What stands before the value of Reliability: raters are to be alike, not to be told apart.

@@ -36,8 +36,8 @@ std::string NamedRule(const Table7Layout& layout, const ElementGroup& group, boo
   std::string name = JoinNumber("Group", group.number);
   if (!group.label.empty()) name += " " + group.label;
   const std::size_t room = rule.size() - kNamePlace;  // all but the last place, from the third on
-  const int width = std::min(static_cast<int>(room), DisplayWidth(name, layout.encoding));
-  name = ClipField(name, width, layout.encoding);
+  const int width = std::min(static_cast<int>(room), DisplayWidth(name, layout.label.encoding));
+  name = ClipField(name, width, layout.label.encoding);
   return rule.replace(kNamePlace - 1, static_cast<std::size_t>(width), name);
 }
 

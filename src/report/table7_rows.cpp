@@ -57,25 +57,12 @@ void AddAgreement(const RaterAgreement& agreement, ElementSlot slot, MeasureRow&
   row.agreementExpected = agreement.RaterExpected[rater];
 }
 
-// Label on its side, nothing on the other.
-EditLine BeginRow(const Table7Layout& layout, const std::string& word, const std::string& label) {
-  EditLine line(word, layout.encoding);
-  line.EditString(layout.leftHand ? label : "");
-  return line;
-}
-
-// The label's side is filled and the row ended.
-std::string EndRow(EditLine& line, const Table7Layout& layout, const std::string& label) {
-  line.EditString(layout.leftHand ? "" : label);
-  return line.Finish();
-}
-
 std::string FullLine(const Analysis& analysis, const Table7Layout& layout, ElementSlot slot) {
   const MeasureRow figures = FiguresOf(analysis, slot);
   const FinishedStatistics fit(analysis.estimates, slot);
   const std::string label =
       NumberedLabel(layout, analysis.design.elements, slot) + SubsetNote(analysis, slot);
-  EditLine line = BeginRow(layout, layout.fullRow, label);
+  EditLine line = BeginRow(layout.label, layout.fullRow, label);
   AppendScores(line, figures);
   line.EditDouble(figures.fairAverage);
   line.EditString(AnchorFlag(analysis, slot));
@@ -84,7 +71,7 @@ std::string FullLine(const Analysis& analysis, const Table7Layout& layout, Eleme
   line.EditString(FixedField(fit->Discrimination, kDiscriminationWidth, kStatisticDecimals));
   for (const Table7Column column : layout.optional)
     AppendCells(line, FullCells(analysis, column, slot));
-  return EndRow(line, layout, label);
+  return EndRow(line, layout.label, label);
 }
 
 // Extreme and Status rows: a word stands in the place of the fit.
@@ -95,7 +82,7 @@ std::string UnfittedLine(const Analysis& analysis, const Table7Layout& layout, E
   const std::int16_t status = analysis.estimates.elements[slot].ElementStatus;
   const std::string label =
       NumberedLabel(layout, analysis.design.elements, slot) + SubsetNote(analysis, slot);
-  EditLine line = BeginRow(layout, extreme ? layout.extremeRow : layout.statusRow, label);
+  EditLine line = BeginRow(layout.label, extreme ? layout.extremeRow : layout.statusRow, label);
   AppendScores(line, figures);
   if (extreme) line.EditDouble(figures.fairAverage);
   line.EditString(AnchorFlag(analysis, slot));
@@ -106,7 +93,7 @@ std::string UnfittedLine(const Analysis& analysis, const Table7Layout& layout, E
   line.EditString(StatusWord(status));
   for (const Table7Column column : layout.optional)
     AppendCells(line, UnfittedCells(analysis, column, slot));
-  return EndRow(line, layout, label);
+  return EndRow(line, layout.label, label);
 }
 
 }  // namespace
@@ -161,7 +148,7 @@ std::string ElementLine(const Analysis& analysis, const Table7Layout& layout, El
 std::string FootLine(const Settings& settings, const Table7Layout& layout,
                      const MeasureRow& figures, const std::string& words,
                      const std::string& group) {
-  EditLine line = BeginRow(layout, layout.footRow, words);
+  EditLine line = BeginRow(layout.label, layout.footRow, words);
   AppendScores(line, figures);
   line.EditDouble(figures.fairAverage);
   AppendMeasure(line, settings, figures);
@@ -171,7 +158,7 @@ std::string FootLine(const Settings& settings, const Table7Layout& layout,
     AppendCells(line,
                 named ? std::vector<std::string>{group} : FootCells(settings, column, figures));
   }
-  return EndRow(line, layout, words);
+  return EndRow(line, layout.label, words);
 }
 
 }  // namespace flanks

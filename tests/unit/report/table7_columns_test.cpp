@@ -60,7 +60,7 @@ TEST(Table7Layout, EveryLineOfTheBoxHasTheSameWidth) {
 TEST(Table7Layout, LongLabelsWidenTheirColumn) {
   const std::string label = "A label that is longer than the column";
   const Table7Layout layout = LayOutTable7(OneFlank("Raters", {label}), FlankNo(1));
-  EXPECT_EQ(layout.labelWidth, static_cast<int>(label.size()) + 4);
+  EXPECT_EQ(layout.label.width, static_cast<int>(label.size()) + 4);
 }
 
 TEST(Table7Layout, HeadsFollowTheSettings) {
