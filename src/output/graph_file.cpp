@@ -17,7 +17,6 @@ namespace {
 
 constexpr double kBeyond = 1.0;         // logits, at both ends
 constexpr double kStepsAcross = 100.0;  // at most
-constexpr int kMostPoints = 1000;
 constexpr double kNiceSteps[] = {1.0, 3.0, 5.0, 10.0};
 constexpr double kAlike = 1.0 + 1e-9;  // what rounding may make of one
 constexpr int kMostDecimals = 9;
@@ -63,13 +62,10 @@ std::vector<std::string> HeadingsOf(const GraphWords& words, const GraphScales& 
 void WriteHeadings(const std::vector<std::string>& headings, const RowForm& form, RowWriter& rows) {
   rows.BeginRow();
   for (const std::string& heading : headings) {
-    if (!form.isFixed()) {
+    if (form.isFixed())
+      rows.Made(RightAligned(heading, kHeadingColumns, form.encoded));
+    else
       rows.Label(heading, kUnpadded);
-      continue;
-    }
-    const int blanks = std::max(0, kHeadingColumns - static_cast<int>(heading.size()));
-    rows.Made(std::string(static_cast<std::size_t>(blanks), ' '));
-    rows.Made(heading);
   }
   rows.EndRow();
 }
@@ -152,7 +148,7 @@ GraphAxis GraphAxisOf(double low, double high, double uscale) {
   axis.low = size * (low - kBeyond);
   axis.step = NiceStep(width / kStepsAcross);
   // The last is at the upper end or beyond.
-  axis.points = std::min(static_cast<int>(std::ceil(width / axis.step / kAlike)) + 1, kMostPoints);
+  axis.points = static_cast<int>(std::ceil(width / axis.step / kAlike)) + 1;
   // One more than the step has: the axis begins anywhere.
   axis.decimals = 1 + std::max(0, -static_cast<int>(std::floor(std::log10(axis.step * kAlike))));
   return axis;
@@ -186,12 +182,10 @@ void WriteGraphWebpage(Run& run, const TableOptions& options, Destination& out) 
   std::string cells;
   for (const std::string& heading : HeadingsOf(kWords, scales))
     cells.append(kHeadRight).append(PageText(heading));
-  out.Lines(WebpageStart(kGraphPage, run.analysis.settings));
-  out.Lines(WebpageHeadings(cells));
-  out.Lines(std::string(kWebpageRows) + "\n");
+  out.Lines(WebpageHead(kGraphPage, run.analysis.settings, cells));
   RowWriter rows(RowFormOf(OutputForm::webpage, options, run.analysis.settings), out);
   WriteRows(run, scales, rows);
-  out.Lines(WebpageEnd() + "\n");
+  out.Lines(WebpageEnd());
 }
 
 bool WriteGraphFileNamed(Run& run, const std::string& name, const TableOptions& options) {

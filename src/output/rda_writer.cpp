@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <exception>
 #include <limits>
 #include <map>
 #include <memory>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "base/shown_text.h"
+#include "output/library_sink.h"
 
 #ifdef FLANKS_HAS_RDATA
 #include <rdata/rdata.h>
@@ -43,7 +43,6 @@ WriteEnd WriteRda(const TableSource&, const FileStamp&, const RdaOptions&, Repla
 
 namespace {
 
-constexpr std::int64_t kRowsBetweenLooks = 1024;
 // R's NA among the numbers: a NaN with this payload ("R Internals", 1.1).
 constexpr std::uint64_t kNaBits = 0x7FF00000000007A2;
 constexpr std::size_t kNameBytes = 255;
@@ -51,24 +50,6 @@ constexpr std::size_t kNameBytes = 255;
 struct FreeWriter {
   void operator()(rdata_writer_t* writer) const { rdata_writer_free(writer); }
 };
-
-// Where the library's bytes go.  A failure waits here until the library has returned.
-struct Sink {
-  ReplacedFile& target;
-  std::exception_ptr failure;
-};
-
-ssize_t TakeBytes(const void* data, size_t length, void* context) {
-  auto& sink = *static_cast<Sink*>(context);
-  if (sink.failure) return -1;
-  try {
-    sink.target.Write({static_cast<const char*>(data), length});
-    return static_cast<ssize_t>(length);
-  } catch (...) {
-    sink.failure = std::current_exception();
-    return -1;
-  }
-}
 
 void Check(rdata_error_t error) {
   if (error != RDATA_OK) throw std::runtime_error(rdata_error_message(error));
@@ -110,9 +91,6 @@ class FrameWriter {
   rdata_column_t* Column(std::size_t at) {
     return rdata_get_column(&writer_, static_cast<std::int32_t>(at));
   }
-  bool IsStopped(const TabText& text) const {
-    return text.rows() % kRowsBetweenLooks == 0 && source_.isStopped();
-  }
 
   bool WriteTexts(std::size_t at) {
     TabText text(source_);
@@ -122,7 +100,7 @@ class FrameWriter {
     while (text.ReadRow()) {
       value = text.cell(at);
       Check(rdata_append_string_value(&writer_, value.c_str()));
-      if (IsStopped(text)) return false;
+      if (text.IsStopped()) return false;
     }
     Check(rdata_end_column(&writer_, Column(at)));
     return true;
@@ -135,7 +113,7 @@ class FrameWriter {
     for (std::size_t row = 0; row < Rows() && text.ReadRow(); ++row) {
       for (std::size_t at = begin; at < end; ++at)
         values[(at - begin) * Rows() + row] = NumberOrMissing(text.cell(at));
-      if (IsStopped(text)) return false;
+      if (text.IsStopped()) return false;
     }
     for (std::size_t at = begin; at < end; ++at) {
       Check(rdata_begin_column(&writer_, Column(at), static_cast<std::int32_t>(shape_.rows)));
@@ -152,7 +130,7 @@ class FrameWriter {
   std::size_t roomBytes_;
 };
 
-bool WriteFrame(rdata_writer_t& writer, Sink& sink, const FileStamp& stamp,
+bool WriteFrame(rdata_writer_t& writer, LibrarySink& sink, const FileStamp& stamp,
                 const RdaOptions& options, const TableShape& shape, FrameWriter& frame) {
   std::vector<std::string> names;
   for (const ColumnShape& column : shape.columns)
@@ -181,20 +159,12 @@ WriteEnd WriteRda(const TableSource& source, const FileStamp& stamp, const RdaOp
   if (shape.stopped) return WriteEnd::stopped;
   if (shape.rows > std::numeric_limits<std::int32_t>::max())
     throw std::runtime_error("more rows than a data frame takes");
-  Sink sink{target, nullptr};
+  LibrarySink sink(target);
   const std::unique_ptr<rdata_writer_t, FreeWriter> writer(
-      rdata_writer_init(TakeBytes, RDATA_WORKSPACE));
+      rdata_writer_init(LibrarySink::TakeBytes, RDATA_WORKSPACE));
   FrameWriter frame(*writer, source, shape, options.roomBytes);
   bool complete = false;
-  std::exception_ptr failure;
-  try {
-    complete = WriteFrame(*writer, sink, stamp, options, shape, frame);
-  } catch (...) {
-    failure = std::current_exception();
-  }
-  // The disk's words rather than the library's, which may have gone on.
-  if (sink.failure) std::rethrow_exception(sink.failure);
-  if (failure) std::rethrow_exception(failure);
+  sink.Run([&] { complete = WriteFrame(*writer, sink, stamp, options, shape, frame); });
   return complete ? WriteEnd::complete : WriteEnd::stopped;
 }
 

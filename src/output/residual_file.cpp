@@ -37,19 +37,13 @@ ResidualTable MakeTable(const Analysis& analysis, OutputForm form, const Residua
   return {analysis, rows, decimals, std::move(columns), std::move(elements)};
 }
 
-std::string CutTo(std::string_view text, int columns, Utf8Encoded encoded) {
-  return DisplayWidth(text, encoded) > columns ? ClipField(text, columns, encoded)
-                                               : std::string(text);
-}
-
 // Right-aligned in ten columns; the name above labels left-aligned, and as wide as these.
 std::string FixedHeading(const ResidualTable& table, const ResponseColumn& column) {
   const RowForm& form = table.form;
   const int marks = 2 * static_cast<int>(form.OutputQuote.size());
   if (column.place != ResponsePlace::elementLabels) {
     const std::string quoted = form.OutputQuote + column.heading + form.OutputQuote;
-    const int blanks = std::max(0, kHeadingColumns - DisplayWidth(quoted, form.encoded));
-    return std::string(static_cast<std::size_t>(blanks), ' ') + quoted;
+    return RightAligned(quoted, kHeadingColumns, form.encoded);
   }
   const FlankNo flank = table.analysis.design.maps.ModelFlank[column.position];
   const std::string cut = CutTo(column.heading, kHeadingColumns - marks, form.encoded);
@@ -146,12 +140,10 @@ void WriteResidualWebpage(Run& run, const ResidualOptions& options, Destination&
     cells.append(column.form == ResponseForm::text ? kHeadLeft : kHeadRight);
     cells += PageText(column.heading);
   }
-  out.Lines(WebpageStart(kResponsePage, run.analysis.settings));
-  out.Lines(WebpageHeadings(cells));
-  out.Lines(std::string(kWebpageRows) + "\n");
+  out.Lines(WebpageHead(kResponsePage, run.analysis.settings, cells));
   RowWriter rows(table.form, out);
   ResidualRows(run, table, options.statusFilter, rows).Write();
-  out.Lines(WebpageEnd() + "\n");
+  out.Lines(WebpageEnd());
 }
 
 bool WriteResidualFileNamed(Run& run, const std::string& name, const ResidualOptions& options) {

@@ -76,6 +76,16 @@ void AppendLabel(std::string& row, const RowForm& form, std::string_view label, 
   }
 }
 
+std::string CutTo(std::string_view text, int columns, Utf8Encoded encoded) {
+  return DisplayWidth(text, encoded) > columns ? ClipField(text, columns, encoded)
+                                               : std::string(text);
+}
+
+std::string RightAligned(std::string_view text, int columns, Utf8Encoded encoded) {
+  const int blanks = std::max(0, columns - DisplayWidth(text, encoded));
+  return std::string(static_cast<std::size_t>(blanks), ' ') + std::string(text);
+}
+
 std::string PageText(std::string_view text) {
   std::string page, kept;
   for (const char c : Utf8Text(text, kept)) {

@@ -60,6 +60,10 @@ void AppendDecimals(std::string& row, const RowForm& form, double value, int dec
 void AppendLabel(std::string& row, const RowForm& form, std::string_view label, int width,
                  std::string_view cell = kCellLeft);
 
+// For headings in fixed form: the text cut to so many columns, or with blanks in front up to them.
+std::string CutTo(std::string_view text, int columns, Utf8Encoded encoded);
+std::string RightAligned(std::string_view text, int columns, Utf8Encoded encoded);
+
 // A text in UTF-8 (one in the Windows code page is made so) with &amp; &lt; &gt; for the characters
 // that a page takes for marks.
 std::string PageText(std::string_view text);

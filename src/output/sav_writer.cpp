@@ -1,13 +1,13 @@
 #include "output/sav_writer.h"
 
 #include <algorithm>
-#include <exception>
 #include <memory>
 #include <stdexcept>
 #include <vector>
 
 #include "base/shown_text.h"
 #include "base/text.h"
+#include "output/library_sink.h"
 
 #ifdef FLANKS_HAS_READSTAT
 #include <readstat.h>
@@ -39,7 +39,6 @@ SavEnd WriteSav(const TableSource&, const FileStamp&, ReplacedFile&) {
 
 namespace {
 
-constexpr std::int64_t kRowsBetweenLooks = 1024;
 constexpr int kHeadLines = 4;  // the count, names, labels, format values
 constexpr std::size_t kNoteBytes = 80;
 constexpr std::size_t kLabelBytes = 255;
@@ -57,24 +56,6 @@ struct FreeWriter {
 
 void Check(readstat_error_t error) {
   if (error != READSTAT_OK) throw std::runtime_error(readstat_error_message(error));
-}
-
-// Where the library's bytes go.  A failure waits here until the library has returned.
-struct Sink {
-  ReplacedFile& target;
-  std::exception_ptr failure;
-};
-
-ssize_t TakeBytes(const void* data, size_t length, void* context) {
-  auto& sink = *static_cast<Sink*>(context);
-  if (sink.failure) return -1;
-  try {
-    sink.target.Write({static_cast<const char*>(data), length});
-    return static_cast<ssize_t>(length);
-  } catch (...) {
-    sink.failure = std::current_exception();
-    return -1;
-  }
 }
 
 std::vector<Variable> ReadVariables(TabText& text) {
@@ -131,7 +112,7 @@ void AddNotes(readstat_writer_t& writer, const FileStamp& stamp) {
 }
 
 void DescribeFile(readstat_writer_t& writer, const FileStamp& stamp) {
-  readstat_set_data_writer(&writer, TakeBytes);
+  readstat_set_data_writer(&writer, LibrarySink::TakeBytes);
   Check(readstat_writer_set_compression(&writer, READSTAT_COMPRESS_ROWS));
   Check(readstat_writer_set_file_label(&writer, SavFileLabel(stamp).c_str()));
   Check(readstat_writer_set_file_timestamp(&writer, static_cast<time_t>(stamp.time)));
@@ -161,7 +142,7 @@ int WriteCase(readstat_writer_t& writer, const TabText& row,
   return cut;
 }
 
-SavEnd WriteCases(readstat_writer_t& writer, Sink& sink, const TableSource& source,
+SavEnd WriteCases(readstat_writer_t& writer, LibrarySink& sink, const TableSource& source,
                   const TableShape& shape) {
   SavEnd end;
   TabText text(source);
@@ -171,7 +152,7 @@ SavEnd WriteCases(readstat_writer_t& writer, Sink& sink, const TableSource& sour
   Check(readstat_begin_writing_sav(&writer, &sink, static_cast<long>(shape.rows)));
   while (text.ReadRow()) {
     end.cutCells += WriteCase(writer, text, variables);
-    if (text.rows() % kRowsBetweenLooks == 0 && source.isStopped()) return {WriteEnd::stopped};
+    if (text.IsStopped()) return {WriteEnd::stopped};
   }
   Check(readstat_end_writing(&writer));
   return end;
@@ -183,18 +164,12 @@ SavEnd WriteSav(const TableSource& source, const FileStamp& stamp, ReplacedFile&
   const TableShape shape = MeasureTable(source, kHeadLines);
   if (shape.stopped) return {WriteEnd::stopped};
   const std::unique_ptr<readstat_writer_t, FreeWriter> writer(readstat_writer_init());
-  Sink sink{target, nullptr};
+  LibrarySink sink(target);
   SavEnd end;
-  std::exception_ptr failure;
-  try {
+  sink.Run([&] {
     DescribeFile(*writer, stamp);
     end = WriteCases(*writer, sink, source, shape);
-  } catch (...) {
-    failure = std::current_exception();
-  }
-  // The disk's words rather than the library's, which may have gone on.
-  if (sink.failure) std::rethrow_exception(sink.failure);
-  if (failure) std::rethrow_exception(failure);
+  });
   return end;
 }
 

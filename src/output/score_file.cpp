@@ -8,7 +8,6 @@
 #include "output/row_writer.h"
 #include "output/score_fields.h"
 #include "output/webpage_table.h"
-#include "report/format/clip_field.h"
 #include "report/format/join_number.h"
 #include "run/console.h"
 #include "spec/file_names.h"
@@ -46,16 +45,6 @@ ScoreTable MakeTable(const Analysis& analysis, FlankNo flank, OutputForm form,
           ScoreFieldsOf(analysis.settings, analysis.design.flanks, flank),
           SelectedScoreFields(options.ScoreSelection),
           LabelWidth(analysis, flank)};
-}
-
-std::string RightAligned(std::string_view text, int columns, Utf8Encoded encoded) {
-  const int blanks = std::max(0, columns - DisplayWidth(text, encoded));
-  return std::string(static_cast<std::size_t>(blanks), ' ') + std::string(text);
-}
-
-std::string CutTo(std::string_view text, int columns, Utf8Encoded encoded) {
-  return DisplayWidth(text, encoded) > columns ? ClipField(text, columns, encoded)
-                                               : std::string(text);
 }
 
 std::string FixedHeading(const ScoreTable& table, const ScoreField& field) {
@@ -217,12 +206,10 @@ void WriteScoreWebpage(Run& run, FlankNo flank, const ScoreOptions& options, Des
     cells.append(field.form == ScoreForm::text ? kHeadLeft : kHeadRight);
     cells += PageText(field.heading);
   }
-  out.Lines(WebpageStart(kScorePage, run.analysis.settings));
-  out.Lines(WebpageHeadings(cells));
-  out.Lines(std::string(kWebpageRows) + "\n");
+  out.Lines(WebpageHead(kScorePage, run.analysis.settings, cells));
   RowWriter rows(table.form, out);
   WriteRows(run, table, options.OmitUnobserved, rows);
-  out.Lines(WebpageEnd() + "\n");
+  out.Lines(WebpageEnd());
 }
 
 bool WriteScoreFileNamed(Run& run, FlankNo flank, const std::string& name,

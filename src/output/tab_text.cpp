@@ -66,7 +66,7 @@ std::string StampDate(const FileStamp& stamp) {
   return DateAndTime(stamp.time);
 }
 
-TabText::TabText(const TableSource& source) {
+TabText::TabText(const TableSource& source) : isStopped_(source.isStopped) {
   if (const std::error_code error = file_.Open(source.name))
     ThrowFileFailure("read", source.name, error);
 }
@@ -91,6 +91,10 @@ bool TabText::ReadRow() {
   return true;
 }
 
+bool TabText::IsStopped() const {
+  return rows_ % kRowsBetweenLooks == 0 && isStopped_();
+}
+
 TableShape MeasureTable(const TableSource& source, int headingLines) {
   TableShape shape;
   TabText text(source);
@@ -104,7 +108,7 @@ TableShape MeasureTable(const TableSource& source, int headingLines) {
         MeasureCell(text.cells()[i], shape.columns[i]);
     }
     if (!isHeading) ++shape.rows;
-    if (text.rows() % kRowsBetweenLooks == 0 && source.isStopped()) {
+    if (text.IsStopped()) {
       shape.stopped = true;
       break;
     }

@@ -65,9 +65,12 @@ class TabText {
     return column < cells_.size() ? cells_[column] : std::string_view();
   }
   std::int64_t rows() const { return rows_; }  // read so far
+  // Whether the work is to end; the source is asked at some of the rows.
+  bool IsStopped() const;
 
  private:
   TextFile file_;
+  std::function<bool()> isStopped_;
   std::vector<std::string_view> cells_;
   std::deque<std::string> repaired_;  // cells that were no UTF-8
   std::int64_t rows_ = 0;

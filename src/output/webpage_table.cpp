@@ -1,5 +1,7 @@
 #include "output/webpage_table.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "output/row_writer.h"
 #include "run/program_mark.h"
@@ -124,21 +126,17 @@ std::string Quoted(std::string_view text) {
 
 }  // namespace
 
-const std::string_view kWebpageRows = "</tr></thead><tbody>";
-
-std::string WebpageStart(std::string_view what, const Settings& settings) {
+std::string WebpageHead(std::string_view what, const Settings& settings, std::string_view cells) {
   const std::string title = std::string(what) + PageText(settings.Title);
-  return Quoted(kHead) + "<title>" + title + "</title>" + "\n<!-- " + ProgramAndDate() + " -->" +
+  cells.remove_prefix(std::min(kHeadClosing.size(), cells.size()));
+  return Quoted(kHead) + "<title>" + title + "</title>\n<!-- " + ProgramAndDate() + " -->" +
          std::string(kStyle) + Quoted(kBodyStart) + settings.Webpagefonts + Quoted(kParagraph) +
-         Quoted(kTitleStart) + title + Quoted(kTableStart);
+         Quoted(kTitleStart) + title + Quoted(kTableStart) + std::string(cells) +
+         "</tr></thead><tbody>\n";
 }
 
 std::string WebpageEnd() {
-  return "</tbody></table>" + std::string(kScript) + "</body></html>";
-}
-
-std::string WebpageHeadings(std::string_view cells) {
-  return std::string(cells.substr(std::min(kHeadClosing.size(), cells.size())));
+  return "</tbody></table>" + std::string(kScript) + "</body></html>\n";
 }
 
 }  // namespace flanks

@@ -20,16 +20,11 @@ constexpr std::string_view kScorePage = "Scores: ";
 constexpr std::string_view kResponsePage = "Observations: ";
 constexpr std::string_view kGraphPage = "Graphs: ";
 
-// All up to the cells of the heading row, without the end of its last line.
-std::string WebpageStart(std::string_view what, const Settings& settings);
-// From the end of the heading row to the first row.
-extern const std::string_view kWebpageRows;
-// Behind the last row.
+// All in front of the first row.  `cells` of the heading row each begin with the tags of
+// row_writer.h; the first loses that which would close a cell before it.
+std::string WebpageHead(std::string_view what, const Settings& settings, std::string_view cells);
+// All behind the last row.
 std::string WebpageEnd();
-
-// The heading row: cells that each begin with the tags of row_writer.h.  The first closes a cell
-// that is not there and loses that tag.
-std::string WebpageHeadings(std::string_view cells);
 
 }  // namespace flanks
 

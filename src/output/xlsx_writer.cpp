@@ -35,7 +35,6 @@ XlsxEnd WriteXlsx(const TableSource&, const FileStamp&, const XlsxOptions&, Repl
 
 namespace {
 
-constexpr std::int64_t kRowsBetweenLooks = 1024;
 constexpr int kWidestColumn = 60, kNarrowestColumn = 6;
 constexpr int kFilterButton = 3;  // columns that the button of a filter covers
 
@@ -161,7 +160,7 @@ XlsxEnd WriteXlsx(const TableSource& source, const FileStamp& stamp, const XlsxO
   if (shape.rows == 0) rows.BeginSheet();
   while (text.ReadRow()) {
     rows.WriteRow(text);
-    if (text.rows() % kRowsBetweenLooks == 0 && source.isStopped()) return {WriteEnd::stopped};
+    if (text.IsStopped()) return {WriteEnd::stopped};
   }
   book.Close();
   return rows.end();

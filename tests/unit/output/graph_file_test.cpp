@@ -31,7 +31,16 @@ TEST(GraphAxis, GoesALogitBeyondTheMeasures) {
   EXPECT_NEAR(logits.step, .1, 1e-12);
   EXPECT_EQ(logits.points, 71);
   EXPECT_EQ(logits.decimals, 2);
-  EXPECT_LE(GraphAxisOf(-1e6, 1e6, 1.0).points, 1000);
+}
+
+// Steps are at most three times a hundredth of the width.
+TEST(GraphAxis, HasRowsForALineAndNoMore) {
+  for (double width = 1e-3; width < 1e6; width *= 1.01) {
+    const GraphAxis axis = GraphAxisOf(-width / 3.0, 2.0 * width / 3.0, 7.3);
+    ASSERT_GE(axis.points, 35) << width;
+    ASSERT_LE(axis.points, 101) << width;
+    ASSERT_GE(axis.ValueOf(axis.points - 1), 7.3 * (2.0 * width / 3.0 + 1.0) * (1.0 - 1e-8));
+  }
 }
 
 // From 1 below -1 to 1 above 4.8: 7.8 logits in steps of .1 are 78, and 7.77 are 78 as well, the

@@ -235,6 +235,19 @@ TEST_F(ScoreFile, ARunWritesOneForEachFlank) {
   EXPECT_THAT(done.folder.read("s.2.csv"), HasSubstr(",2,Long Items\n"));
 }
 
+// The number of the Flank goes in front of the last part of the name, whatever it says.
+TEST_F(ScoreFile, ARunWritesOneForEachFlankInEveryForm) {
+  for (const std::string end : {".xlsx", ".sav", ".rda", ".htm", ".txt", ""}) {
+    Analyze("Scorefile=" + done.folder.file("my.s" + end));
+    const std::string stem = end.empty() ? "my" : "my.s", last = end.empty() ? ".s" : end;
+    EXPECT_NE(done.folder.read(stem + ".1" + last), "") << end;
+    EXPECT_NE(done.folder.read(stem + ".2" + last), "") << end;
+    EXPECT_EQ(done.folder.read(stem + last), "") << end;
+  }
+  Analyze("Scorefile=" + done.folder.file("old.xls"));
+  EXPECT_NE(done.folder.read("old.2.xlsx"), "");
+}
+
 TEST(ScoreFields, HaveTheirCaptions) {
   Settings settings;
   FlankTable flanks;

@@ -19,7 +19,7 @@ using testing::StartsWith;
 TEST(WebpageTable, BeginsAndEndsAsAPageDoes) {
   Settings settings;
   settings.Title = "Tom & Jerry <3";
-  const std::string start = WebpageStart(kScorePage, settings);
+  const std::string start = WebpageHead(kScorePage, settings, "</TH><TH>a");
   EXPECT_THAT(start,
               StartsWith("<!DOCTYPE html><html lang=\"en\"><head><meta charset=\"UTF-8\" /><meta "
                          "http-equiv=\"X-UA-Compatible\" content=\"IE=edge\" /><meta "
@@ -30,19 +30,20 @@ TEST(WebpageTable, BeginsAndEndsAsAPageDoes) {
               EndsWith("</head><BODY><FONT FACE=\"Lucida Console, Andale Mono, Courier New\" "
                        "Size=\"-1\"><p style=\"white-space:nowrap;\" nowrap><h2 ALIGN=\"CENTER\">"
                        "Scores: Tom &amp; Jerry &lt;3</h2><table class=\"sortable\" CELLPADDING=5>"
-                       "<thead><tr>"));
+                       "<thead><tr><TH>a</tr></thead><tbody>\n"));
   for (const char* color : {"--stripe-color: #e4e4e4;", "--th-color: #fff;", "--th-bg: #808080;",
                             "--td-color: #000;", "--td-on-stripe-color: #000;"})
     EXPECT_THAT(start, HasSubstr(color));
-  EXPECT_EQ(kWebpageRows, "</tr></thead><tbody>");
   EXPECT_THAT(WebpageEnd(), StartsWith("</tbody></table>\n<script>\n"));
-  EXPECT_THAT(WebpageEnd(), EndsWith("</script>\n</body></html>"));
+  EXPECT_THAT(WebpageEnd(), EndsWith("</script>\n</body></html>\n"));
 }
 
 TEST(WebpageTable, TheFirstHeadingClosesNothing) {
-  EXPECT_EQ(WebpageHeadings("</TH><TH ALIGN=\"LEFT\">a</TH><TH ALIGN=\"LEFT\">b"),
-            "<TH ALIGN=\"LEFT\">a</TH><TH ALIGN=\"LEFT\">b");
-  EXPECT_EQ(WebpageHeadings(""), "");
+  const std::string cells = "</TH><TH ALIGN=\"LEFT\">a</TH><TH ALIGN=\"LEFT\">b";
+  EXPECT_THAT(
+      WebpageHead(kGraphPage, {}, cells),
+      EndsWith("<thead><tr><TH ALIGN=\"LEFT\">a</TH><TH ALIGN=\"LEFT\">b</tr></thead><tbody>\n"));
+  EXPECT_THAT(WebpageHead(kGraphPage, {}, ""), EndsWith("<thead><tr></tr></thead><tbody>\n"));
 }
 
 // A browser in small: just what the script asks of a page.  Rows of three columns: labels, numbers

@@ -106,6 +106,7 @@ TEST(SettleOutputNames, ComparesTheFilesThatAreReallyWritten) {
       {"Data=$marks.xlsx\nResidualfile=$marks.xls", Fault::incompatibleFileUse},
       {"Data=$marks.xlsx\nGraphfile=$marks.xls", Fault::incompatibleFileUse},
       {"Data=$old.xls\nResidualfile=$old.xls", Fault::incompatibleFileUse},
+      {"Data=$marks.xlsx(1,2)\nResidualfile=$marks.xlsx", Fault::incompatibleFileUse},
       {"Anchorfile=s.xls\nGraphfile=s.xlsx", Fault::none},  // anchors are text
       {"Residualfile=r.xls\nGraphfile=s.xlsx", Fault::none},
       {"Scorefile=s.xls\nResidualfile=s.3.xlsx", Fault::none}};
