@@ -71,6 +71,7 @@ void Loop::First() {
   BeginIteration();
   Column<BiasTermRow, BiasFirstSums> sums(bias_.terms.count());
   pass_.First(reader_, sums);
+  bias_.residualsWithoutBias = pass_.residuals();
   if (console_.stopping()) return;
   for (const BiasTermRow term : Upward(sums)) {
     CheckSum(sums[term].ExpectedSum);

@@ -14,6 +14,7 @@
 
 #include <cstdint>
 
+#include "base/block_moments.h"
 #include "estimate/bias_step.h"
 #include "estimate/bias_terms.h"
 #include "run/settings.h"
@@ -34,8 +35,9 @@ struct BiasEstimates {
   BiasTermList terms;
   Column<BiasTermRow, BiasState> states;
   Column<BiasTermRow, BiasScores> scores;
-  IterationState iteration;     // its number and its largest changes
-  std::int32_t BiasMoving = 0;  // terms that moved in the last iteration
+  BlockSummary<1> residualsWithoutBias;  // of the observations of terms
+  IterationState iteration;              // its number and its largest changes
+  std::int32_t BiasMoving = 0;           // terms that moved in the last iteration
 
   BiasEstimates(const PassParts& passParts, const BiasInteraction& asked)
       : parts(passParts), interaction(asked), terms(passParts, asked) {}

@@ -67,9 +67,14 @@ void BiasBlock::Evaluate(float* expected, float* variance) {
 }
 
 BiasPass::BiasPass(const PassParts& parts, BiasTermList& terms)
-    : parts_(parts), block_(parts, terms), expected_(kKernelBlock), variance_(kKernelBlock) {}
+    : parts_(parts),
+      block_(parts, terms),
+      expected_(kKernelBlock),
+      variance_(kKernelBlock),
+      residuals_(kKernelBlock) {}
 
 void BiasPass::First(ObservationReader& reader, Column<BiasTermRow, BiasFirstSums>& sums) {
+  residuals_.Clear();
   block_.Begin();
   reader.Begin(Categories::wanted);
   while (reader.Next()) {
@@ -77,6 +82,7 @@ void BiasPass::First(ObservationReader& reader, Column<BiasTermRow, BiasFirstSum
     block_.Arrange(reader, nullptr);
     block_.Evaluate(expected_.data(), variance_.data());
     for (std::size_t i = 0; i < block.count; ++i) {
+      block_.FetchAhead(i, block.count, sums);
       if (block_.term(i) == BiasTermList::kNoTerm) continue;
       BiasFirstSums& term = sums[BiasTermRow(block_.term(i))];
       const double weight = block.weight[i];
@@ -85,7 +91,9 @@ void BiasPass::First(ObservationReader& reader, Column<BiasTermRow, BiasFirstSum
                parts_.scales.ScaleTopCategory[ScaleRow(block.scale[i])], term);
       term.ExpectedSum += weight * expected_[lane];
       term.Information += weight * variance_[lane];
+      residuals_.Add({static_cast<double>(block.category[i]) - expected_[lane]}, weight);
     }
+    residuals_.EndBlock();
   }
 }
 

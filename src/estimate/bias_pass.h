@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/block_moments.h"
 #include "estimate/bias_step.h"
 #include "estimate/bias_terms.h"
 #include "estimate/block_kernel.h"
@@ -38,6 +39,14 @@ class BiasBlock {
   const float* measures() const { return measures_.data(); }
   // The lane of an entry that feeds estimation.
   std::size_t lane(std::size_t i) const { return laneOf_[i]; }
+  // Before entry i is added to its row: fetches that of a later entry.  Terms come in no order, and
+  // each row would wait for memory.
+  template <class T>
+  void FetchAhead(std::size_t i, std::size_t count, const Column<BiasTermRow, T>& rows) const {
+    constexpr std::size_t kAhead = 32;
+    if (i + kAhead >= count || terms_[i + kAhead] == BiasTermList::kNoTerm) return;
+    __builtin_prefetch(rows.data() + terms_[i + kAhead] - 1, 1);
+  }
   // Fills expected scores by lane, and with `variance` the variances.
   void Evaluate(float* expected, float* variance);
 
@@ -57,12 +66,15 @@ class BiasPass {
 
   // Both add to sums that the caller has cleared, and end early when the run is to stop.
   void First(ObservationReader& reader, Column<BiasTermRow, BiasFirstSums>& sums);
+  // The residuals of the observations of terms without bias, of the first pass.
+  const BlockSummary<1>& residuals() const { return residuals_.summary(); }
   void Expected(ObservationReader& reader, Column<BiasTermRow, BiasState>& states);
 
  private:
   PassParts parts_;
   BiasBlock block_;
   std::vector<float> expected_, variance_;  // by lane
+  BlockSums<1> residuals_;
 };
 
 }  // namespace flanks

@@ -9,6 +9,7 @@ namespace flanks {
 namespace {
 
 constexpr std::uint64_t kLargestSpan = std::uint64_t{1} << 62;
+constexpr std::size_t kAhead = 32;  // keys; what a look-up takes, times that, is longer than memory
 
 std::vector<Position> MarkedPositions(const Design& design, ModelRow model) {
   std::vector<Position> positions;
@@ -140,8 +141,11 @@ void BiasTermList::FillTerms(const ObservationReader& reader, std::span<std::int
   }
   FillKeys(reader, levels_.size());
   const KeyIndex& keys = levels_.back().keys;
-  for (std::size_t i = 0; i < reader.block().count; ++i)
+  const std::size_t count = reader.block().count;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (i + kAhead < count) keys.Prefetch(keys_[i + kAhead]);
     terms[i] = absent_[i] != 0 ? kNoTerm : PlaceOf(keys, keys_[i]) + 1;
+  }
 }
 
 void BiasTermList::FillElements(BiasTermRow term, std::vector<ElementSlot>& elements) const {

@@ -227,13 +227,6 @@ Moments ObservationMoments(const KernelScale& scale, float expected, std::int16_
   return result;
 }
 
-float StandardizedResidualOf(float squaredStandardizedResidual, float scoreResidual) {
-  const float size = squaredStandardizedResidual <= kLargestStandardizedSquare
-                         ? std::sqrt(squaredStandardizedResidual)
-                         : kLargestStandardizedResidual;
-  return std::copysign(size, scoreResidual);
-}
-
 void AddExpectedCounts(const KernelScale& scale, const float* probability, std::size_t stride,
                        double weight, std::span<double> expectedCount,
                        std::span<double> discriminationSums) {

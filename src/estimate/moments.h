@@ -15,6 +15,7 @@
 #ifndef FLANKS_ESTIMATE_MOMENTS_H
 #define FLANKS_ESTIMATE_MOMENTS_H
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -67,7 +68,12 @@ Moments ObservationMoments(const KernelScale& scale, float expected, std::int16_
                            VectorWidth width = ChosenVectorWidth());
 
 // The square root of the square with the sign of the residual; 9 when the square is above 81.
-float StandardizedResidualOf(float squaredStandardizedResidual, float scoreResidual);
+inline float StandardizedResidualOf(float squaredStandardizedResidual, float scoreResidual) {
+  const float size = squaredStandardizedResidual <= kLargestStandardizedSquare
+                         ? std::sqrt(squaredStandardizedResidual)
+                         : kLargestStandardizedResidual;
+  return std::copysign(size, scoreResidual);
+}
 
 // Adds one observation's expected counts to the scale's rows, which are 64-bit sums: w p(k) to
 // `expectedCount`, categories m to 1 (of a dichotomy both categories), and for a rating scale with

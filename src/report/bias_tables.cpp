@@ -28,7 +28,7 @@ void WriteTable11(Run& run, const BiasResults& results) {
                             "  Bias/Interaction Measurement Summary");
   WriteResidualBox(console, results.withBias);
   const double observed = results.withBias.PopulationVariance(ResidualColumn::score);
-  const double before = results.withoutBias.PopulationVariance(ResidualColumn::residual);
+  const double before = results.residualsWithoutBias.PopulationVariance(0);
   const double after = results.withBias.PopulationVariance(ResidualColumn::residual);
   const auto write = [&](const std::string& line) { WriteReportLine(console, line); };
   write(CountLine(results.withBias));

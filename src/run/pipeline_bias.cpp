@@ -37,7 +37,7 @@ void AnalyzeInteraction(Run& run, const BiasInteraction& interaction, bool& plot
   if (console.stopping()) return;
   const BiasResults results = FitBias(FitSettingsOf(analysis.settings).form, bias, console);
   if (console.stopping()) return;
-  if (!AnyEstimable(results)) return console.WarnLine("No bias terms estimable");
+  if (!HasEstimableTerms(results, console)) return;
   for (const auto write : {WriteTable11, WriteTable12, WriteTable13, WriteTable14}) {
     write(run, results);
     if (console.stopping()) return;

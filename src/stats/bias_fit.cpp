@@ -9,21 +9,17 @@ namespace flanks {
 
 BiasFitPass::Lanes::Lanes() : category(kKernelBlock) {
   for (std::vector<float>* row :
-       {&plainExpected, &expected, &ModelVariance, &FourthMoment, &ResidualVarianceTerm,
-        &ScoreResidual, &SquaredResidual, &SquaredStandardizedResidual, &KurtosisRatio}) {
+       {&expected, &ModelVariance, &FourthMoment, &ResidualVarianceTerm, &ScoreResidual,
+        &SquaredResidual, &SquaredStandardizedResidual, &KurtosisRatio}) {
     row->resize(kKernelBlock);
   }
 }
 
 BiasFitPass::BiasFitPass(BiasEstimates& bias)
-    : bias_(bias),
-      block_(bias.parts, bias.terms),
-      withBias_(kKernelBlock),
-      withoutBias_(kKernelBlock) {}
+    : bias_(bias), block_(bias.parts, bias.terms), responses_(kKernelBlock) {}
 
 void BiasFitPass::Run(ObservationReader& reader, Column<BiasTermRow, BiasFitSums>& sums) {
-  withBias_.Clear();
-  withoutBias_.Clear();
+  responses_.Clear();
   block_.Begin();
   reader.Begin(Categories::wanted);
   while (reader.Next()) {
@@ -31,13 +27,13 @@ void BiasFitPass::Run(ObservationReader& reader, Column<BiasTermRow, BiasFitSums
     block_.Arrange(reader, &bias_.states);
     Evaluate(block);
     for (std::size_t i = 0; i < block.count; ++i) {
+      block_.FetchAhead(i, block.count, sums);
       if (block_.term(i) == BiasTermList::kNoTerm) continue;
       const std::size_t lane = block_.lane(i);
       AddTo(block.weight[i], lane, sums[BiasTermRow(block_.term(i))]);
       AddResponse(block, i, lane);
     }
-    withBias_.EndBlock();
-    withoutBias_.EndBlock();
+    responses_.EndBlock();
   }
 }
 
@@ -54,11 +50,9 @@ void BiasFitPass::Evaluate(const ObservationBlock& block) {
   }
 }
 
-// The moments read the probabilities of the last call.
 void BiasFitPass::EvaluateRun(const LaneRun& run) {
   BlockKernel& kernel = block_.kernel();
   const std::size_t at = run.first;
-  kernel.EvaluateAt(run, kernel.measures(), lanes_.plainExpected.data());
   kernel.EvaluateAt(run, block_.measures(), lanes_.expected.data());
   ObservationMoments(
       kernel.scale(run.scale),
@@ -76,7 +70,6 @@ void BiasFitPass::EvaluateOneByOne(const LaneRun& run) {
   const KernelScale& scale = kernel.scale(run.scale);
   KernelWork& work = bias_.parts.estimates.work;
   const std::size_t lane = run.first;
-  lanes_.plainExpected[lane] = EvaluateOne(scale, kernel.measures()[lane], work).expected;
   lanes_.expected[lane] = EvaluateOne(scale, block_.measure(lane), work).expected;
   const Moments moments = ObservationMoments(scale, lanes_.expected[lane], lanes_.category[lane],
                                              work.CategoryProbability);
@@ -99,13 +92,11 @@ void BiasFitPass::AddTo(double weight, std::size_t lane, BiasFitSums& sums) cons
 
 void BiasFitPass::AddResponse(const ObservationBlock& block, std::size_t i, std::size_t lane) {
   const double lowest = bias_.parts.scales.lowestCategory[ScaleRow(block.scale[i])];
-  const double category = block.category[i];
   const float StRes =
       StandardizedResidualOf(lanes_.SquaredStandardizedResidual[lane], lanes_.ScoreResidual[lane]);
-  withBias_.Add({static_cast<double>(block.response[i]), category + lowest,
-                 lanes_.expected[lane] + lowest, lanes_.ScoreResidual[lane], StRes},
-                block.weight[i]);
-  withoutBias_.Add({0.0, 0.0, 0.0, category - lanes_.plainExpected[lane], 0.0}, block.weight[i]);
+  responses_.Add({static_cast<double>(block.response[i]), block.category[i] + lowest,
+                  lanes_.expected[lane] + lowest, lanes_.ScoreResidual[lane], StRes},
+                 block.weight[i]);
 }
 
 BiasResults FitBias(WilsonHilferty form, BiasEstimates& bias, Console& console) {
@@ -119,14 +110,16 @@ BiasResults FitBias(WilsonHilferty form, BiasEstimates& bias, Console& console) 
   for (const BiasTermRow term : Upward(sums))
     results.terms[term] = FinishBiasTerm(bias.states[term], bias.scores[term], sums[term], form,
                                          bias.parts.estimates.TinyValue);
-  results.withBias = pass.withBias();
-  results.withoutBias = pass.withoutBias();
+  results.withBias = pass.responses();
   return results;
 }
 
-bool AnyEstimable(const BiasResults& results) {
-  return std::any_of(results.terms.begin(), results.terms.end(),
-                     [](const BiasTerm& term) { return term.standing != BiasStanding::none; });
+bool HasEstimableTerms(const BiasResults& results, Console& console) {
+  const bool any =
+      std::any_of(results.terms.begin(), results.terms.end(),
+                  [](const BiasTerm& term) { return term.standing != BiasStanding::none; });
+  if (!any) console.WarnLine("No bias terms estimable");
+  return any;
 }
 
 }  // namespace flanks

@@ -26,12 +26,16 @@ float HeldT(double bias, double error) {
   return Single(std::clamp(bias / error, -largest, largest));
 }
 
-// Satterthwaite's: of two variances, with so many responses each.
+// Satterthwaite's: of two variances, with so many responses each.  Taken from the ratio of the
+// variances: where it is 1, or another number that has few binary digits, nothing is rounded before
+// the last division, and a whole number of degrees comes out whole.
 double WelchDegrees(double v1, double n1, double v2, double n2) {
-  if (n1 < 1.0 || n2 < 1.0) return 0.0;
-  const double divisor = Square(v2) * (n1 - 1.0) + Square(v1) * (n2 - 1.0);
-  if (!(divisor > 0.0)) return divisor;
-  return Square(v1 + v2) * (n1 - 1.0) * (n2 - 1.0) / divisor;
+  if (v1 > v2) return WelchDegrees(v2, n2, v1, n1);  // the same in either order of the terms
+  if (n1 < 1.0 || n2 < 1.0 || !(v2 > 0.0)) return 0.0;
+  const double r = v1 / v2;
+  const double divisor = n1 - 1.0 + Square(r) * (n2 - 1.0);
+  if (!(divisor > 0.0)) return 0.0;
+  return Square(1.0 + r) * ((n1 - 1.0) * (n2 - 1.0)) / divisor;
 }
 
 }  // namespace

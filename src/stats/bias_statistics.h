@@ -25,7 +25,7 @@ enum class BiasStanding : std::uint8_t { estimable = 1, minimum = 2, maximum = 3
 BiasStanding StandingOf(std::int16_t BiasStatus);
 
 // The sums of the pass at the final biases, 64 bits.
-struct BiasFitSums {
+struct alignas(64) BiasFitSums {
   double ExpectedSum = 0.0;       // of w E
   double Information = 0.0;       // of w V
   double OutfitSum = 0.0;         // of w z squared
@@ -62,12 +62,14 @@ struct BiasResults {
   BiasInteraction interaction;
   BiasTermList list;
   Column<BiasTermRow, BiasTerm> terms;
-  // Of the responses that belong to a term.  The first has the expectations with the biases; the
-  // second the residuals without them, and nothing else.
-  ResidualSummary withBias, withoutBias;
+  // Of the responses that belong to a term: with the biases all columns, without them residuals.
+  ResidualSummary withBias;
+  BlockSummary<1> residualsWithoutBias;
 
   explicit BiasResults(const BiasEstimates& estimates)
-      : interaction(estimates.interaction), list(estimates.terms) {}
+      : interaction(estimates.interaction),
+        list(estimates.terms),
+        residualsWithoutBias(estimates.residualsWithoutBias) {}
 };
 
 // The contrast of two terms: the first bias less the second.

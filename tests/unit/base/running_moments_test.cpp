@@ -3,6 +3,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "base/block_moments.h"
+
 namespace flanks {
 namespace {
 
@@ -74,6 +76,29 @@ TEST(RunningMoments, HaveASmallestVariance) {
   summary.Add({3.0});
   EXPECT_NEAR(summary.slots[0].PopulationDeviation(summary.Count), std::sqrt(1E-9), 1E-15);
   EXPECT_EQ(SampleDeviation(2.0, 1.0), 2.0);
+}
+
+// Blocks of two, one and no values; a large mean costs no digits.  Weights 1, 2, .5 of 2, 3, 5 as
+// above.
+TEST(BlockSums, JoinTheMomentsOfBlocks) {
+  BlockSums<2> sums(2);
+  sums.Add({2.0, 1E9 + 2.0}, 1.0);
+  EXPECT_FALSE(sums.summary().weighted);
+  sums.Add({3.0, 1E9 + 3.0}, 2.0);
+  sums.EndBlock();
+  EXPECT_TRUE(sums.summary().weighted);
+  sums.Add({5.0, 1E9 + 5.0}, 0.5);
+  sums.EndBlock();
+  sums.EndBlock();
+  const BlockSummary<2>& summary = sums.summary();
+  EXPECT_DOUBLE_EQ(summary.Count, 3.5);
+  EXPECT_NEAR(summary.of(0).Mean, 3.0, 1E-12);
+  EXPECT_NEAR(summary.of(0).SumOfSquares, 3.0, 1E-12);
+  EXPECT_NEAR(summary.of(1).Mean - 1E9, 3.0, 1E-6);
+  EXPECT_NEAR(summary.PopulationVariance(1), 3.0 / 3.5, 1E-6);
+  sums.Clear();
+  EXPECT_EQ(sums.summary().Count, 0.0);
+  EXPECT_EQ(sums.summary().PopulationVariance(0), 0.0);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "estimate/bias.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <string>
@@ -217,12 +218,50 @@ TEST_F(PassTest, TheFirstPassSumsByHand) {
   EXPECT_EQ(sums[BiasTermRow(2)].Count, 1.0);            // 2 with 3
   EXPECT_EQ(sums[BiasTermRow(3)].SmallestWeight, 3.0f);  // 1 with 4
 
+  // Residuals 1 - P once and -P twice, one of -1/2 and three of -S, S at measure -1.
+  const double S = 1.0 - P;
+  const double sum = 1.0 - 3 * P + 0.5 - 3 * S,
+               squares = (1 - P) * (1 - P) + 2 * P * P + 0.25 + 3 * S * S;
+  EXPECT_EQ(pass.residuals().Count, 7.0);
+  EXPECT_TRUE(pass.residuals().weighted);
+  EXPECT_NEAR(pass.residuals().of(0).Mean, sum / 7.0, 1E-6);
+  EXPECT_NEAR(pass.residuals().PopulationVariance(0), squares / 7.0 - sum * sum / 49.0, 1E-6);
+
   Column<BiasTermRow, BiasState> states(3);
   states[BiasTermRow(1)].Bias = -0.5f;
   pass.Expected(reader, states);
   EXPECT_NEAR(states[BiasTermRow(1)].ExpectedSum, 3.0 / (1.0 + std::exp(-0.5)), 1E-6);
   EXPECT_NEAR(states[BiasTermRow(2)].ExpectedSum, 0.5, 1E-6);
   EXPECT_NEAR(states[BiasTermRow(3)].ExpectedSum, 3.0 / (1.0 + std::exp(1.0)), 1E-6);
+}
+
+// A statement and an element of weight 0: neither the sums nor the smallest weight know of them.
+TEST_F(PassTest, WhatHasNoWeightAddsToNoTerm) {
+  d.Flank(2, kPositiveOrientation).Flank(2, kNegativeOrientation);
+  const int scale = d.Rating({0.0f});
+  d.Structure(d.Statement({"B", "B"}), scale);
+  d.Structure(d.Statement({"B", "B"}, 0.0f), scale);
+  d.Build();
+  d.SetMeasures({0.0f, 0.0f, 0.0f, 0.0f});
+  d.design.elements.ElementWeight[ElementSlot(4)] = 0.0f;
+  d.Observe({1, 3}, 0, 1, 2.0f);
+  d.Observe({1, 3}, 1, 0);
+  d.Observe({1, 4}, 0, 1);
+  d.Observe({1, 3}, 0, 0, 3.0f);
+  const PassParts parts = d.parts();
+  BiasTermList terms(parts, BiasInteractionsOf(d.design).at(0));
+  ObservationReader reader(parts);
+  terms.Find(reader);
+  ASSERT_EQ(terms.count(), 1);
+  Column<BiasTermRow, BiasFirstSums> sums(1);
+  BiasPass pass(parts, terms);
+  pass.First(reader, sums);
+  const BiasFirstSums& first = sums[BiasTermRow(1)];
+  EXPECT_EQ(first.Count, 5.0);
+  EXPECT_EQ(first.ObservedScore, 2.0);
+  EXPECT_EQ(first.MaxScore, 5.0);
+  EXPECT_EQ(first.SmallestWeight, 2.0f);
+  EXPECT_EQ(pass.residuals().Count, 5.0);
 }
 
 // ---- The loop, in whole runs
@@ -322,6 +361,30 @@ TEST_F(LoopTest, CtrlFEndsTheIterationsAndTheRunGoesOn) {
   EXPECT_LT(bias.iteration.IterationNumber, 4);
   EXPECT_FALSE(run.process.control.FinishRequested);
   EXPECT_FALSE(console.stopping());
+}
+
+// Weights of .0001: no residual is above the limit of .01 score points, and one pass is all there
+// is.  The biases are those of the first step, a residual over a variance of 1.
+TEST_F(LoopTest, TermsOfSmallWeightsStayWhereTheFirstStepLeavesThem) {
+  std::string specification = std::string("Output=report.txt\n") + kSpecification;
+  specification.insert(specification.find("R4") + 2, ",.0001");
+  run.Write("data.txt", Responses());
+  ASSERT_EQ(run.Analyze(specification), 0) << run.Screen();
+  Console console(run.shell, run.dialogs, run.process.control, run.analysis.settings,
+                  run.analysis.report);
+  BiasEstimates bias(PassPartsOf(run.analysis, console),
+                     BiasInteractionsOf(run.analysis.design).at(0));
+  BiasEstimatesAgain(bias, BiasOptionsOf(run.analysis.settings, run.analysis.estimates));
+  EXPECT_EQ(bias.iteration.IterationNumber, 1);
+  EXPECT_EQ(bias.BiasMoving, 0);
+  float largest = 0.0f;
+  for (const BiasTermRow term : Upward(bias.states)) {
+    const BiasScores& scores = bias.scores[term];
+    EXPECT_NEAR(bias.states[term].Bias, scores.RawScore - scores.ExpectedRaw, 1E-9);
+    largest = std::max(largest, std::abs(bias.states[term].Bias));
+  }
+  EXPECT_GT(largest, 1E-5f);
+  EXPECT_LT(largest, 1E-3f);
 }
 
 TEST_F(LoopTest, TheReportHasTableNine) {

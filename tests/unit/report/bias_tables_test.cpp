@@ -294,7 +294,7 @@ TEST_F(BiasTables, Table11SplitsTheVarianceOfTheResponsesInTerms) {
   EXPECT_THAT(report, HasSubstr("Table 11.1  Bias/Interaction Measurement Summary."));
   const BiasResults results = Results();
   const double after = results.withBias.PopulationVariance(ResidualColumn::residual);
-  EXPECT_LT(after, results.withoutBias.PopulationVariance(ResidualColumn::residual));
+  EXPECT_LT(after, results.residualsWithoutBias.PopulationVariance(0));
   EXPECT_THAT(report, HasSubstr("Count of measurable responses           =          48\n"
                                 "Raw-score variance of observations      = "));
   EXPECT_THAT(report, HasSubstr(" 100.00%\nVariance explained by Rasch measures    = "));
@@ -384,6 +384,43 @@ TEST_F(BiasTables, NoTermsIsAMessageAndTheRunGoesOn) {
   EXPECT_THAT(run.Report(), HasSubstr("No bias terms found\n"));
   EXPECT_THAT(run.Report(), Not(HasSubstr("Table 9.")));
   EXPECT_THAT(run.Screen(), HasSubstr("Analyzed in time of "));
+}
+
+// No data make such terms; these are made by hand.
+TEST_F(BiasTables, WithoutAnEstimableTermAMessageIsLeft) {
+  Analyze();
+  Console console(run.shell, run.dialogs, run.process.control, run.analysis.settings,
+                  run.analysis.report);
+  BiasResults results = Results();
+  const std::size_t before = run.Screen().size();
+  EXPECT_TRUE(HasEstimableTerms(results, console));
+  for (BiasTerm& term : results.terms) term.standing = BiasStanding::none;
+  results.terms[BiasTermRow(2)].standing = BiasStanding::maximum;
+  EXPECT_TRUE(HasEstimableTerms(results, console));
+  EXPECT_EQ(run.Screen().size(), before);
+  results.terms[BiasTermRow(2)].standing = BiasStanding::none;
+  EXPECT_FALSE(HasEstimableTerms(results, console));
+  EXPECT_EQ(run.Screen().substr(before), "No bias terms estimable\n");
+}
+
+// Replication 0, and a person of weight 0.
+TEST_F(BiasTables, ResponsesWithoutWeightLeaveTheTermsAsTheyAre) {
+  Analyze();
+  const std::vector<std::string> terms = Table("Table 13.1.1"), summary = Table("Table 11.1");
+  std::string labels = kLabels, responses = Responses();
+  labels.insert(labels.find("*\n"), "9=nobody,,,0\n");
+  for (int item = 1; item <= 2; ++item) {
+    for (const int rater : {3, 11, 40}) {
+      const std::string rest = "," + std::to_string(rater) + "," + std::to_string(item) + "," +
+                               std::to_string(4 * item - 4);
+      responses += "9" + rest + "\nR0,1" + rest + "\n";
+    }
+  }
+  run.Write("data.txt", responses);
+  ASSERT_EQ(run.Analyze(kHead + std::string("Models=?,?B,?B,R4\n") + labels), 0) << run.Screen();
+  EXPECT_THAT(run.Screen(), HasSubstr("is weighted 0 and is ignored"));
+  EXPECT_EQ(Table("Table 13.1.1"), terms);
+  EXPECT_EQ(Table("Table 11.1"), summary);
 }
 
 TEST_F(BiasTables, OneTermHasNoTests) {

@@ -1,7 +1,9 @@
 #include "stats/bias_statistics.h"
 
 #include <cmath>
+#include <cstdint>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace flanks {
 namespace {
@@ -32,6 +34,27 @@ TEST(Contrast, OfEqualTermsHasAllDegreesOfFreedom) {
   const BiasContrast c = ContrastOf(TermOf(1.0f, .5f, 6.0f), TermOf(0.0f, .5f, 6.0f));
   EXPECT_EQ(c.DegreesOfFreedom, 10);
   EXPECT_NEAR(c.t, std::sqrt(2.0), 1E-6);
+}
+
+// With equal errors the degrees are 4 a b / (a + b), a and b the counts less 1, and with the first
+// error half of the second 25 a b / (16 a + b): compared in whole numbers.
+TEST(Contrast, DegreesOfFreedomAreCutFromTheExactNumber) {
+  std::mt19937 random(5);
+  std::uniform_real_distribution<float> anyError(0.01f, 3.0f);
+  std::uniform_int_distribution<int> anyCount(2, 5000);
+  for (int trial = 0; trial < 100'000; ++trial) {
+    const float error = anyError(random);
+    const int n1 = anyCount(random), n2 = trial % 2 == 0 ? n1 : anyCount(random);
+    const std::int64_t a = n1 - 1, b = n2 - 1;
+    const BiasTerm p = TermOf(1.0f, error, static_cast<float>(n1));
+    const BiasTerm q = TermOf(0.0f, error, static_cast<float>(n2));
+    const BiasTerm wide = TermOf(0.0f, 2.0f * error, static_cast<float>(n2));
+    ASSERT_EQ(ContrastOf(p, q).DegreesOfFreedom, 4 * a * b / (a + b)) << error << " " << n1;
+    ASSERT_EQ(ContrastOf(p, wide).DegreesOfFreedom, 25 * a * b / (16 * a + b))
+        << error << " " << n1;
+    ASSERT_EQ(ContrastOf(wide, p).DegreesOfFreedom, 25 * a * b / (16 * a + b))
+        << error << " " << n1;
+  }
 }
 
 TEST(Contrast, WithOneResponseOnASideHasNoDegreesOfFreedom) {
