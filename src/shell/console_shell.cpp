@@ -54,7 +54,8 @@ void ConsoleShell::CatchInterrupts() {
 
 void ConsoleShell::DoDeliverEvents() {
   if (interrupted != 0) control_.CancelRequested = true;
-  if (keys_) control_.KeyBuffer += keys_->Take();
+  estimating_ = estimating_ || control_.steering != nullptr;
+  if (keys_ && estimating_) control_.KeyBuffer += keys_->Take();
 }
 
 void ConsoleShell::DoWait(int milliseconds) {

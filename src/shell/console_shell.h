@@ -28,7 +28,8 @@ class ConsoleShell : public Shell {
   // Lets Ctrl+C and a request to terminate raise the flag, and a closed pipe pass.
   static void CatchInterrupts();
 
-  // Takes the keys of this terminal from now on; what is no terminal has none.
+  // Takes the keys of this terminal from the first iteration on; what is no terminal has none.
+  // Before, no key has a meaning, and the Specification or the data may be typed on the terminal.
   void ListenTo(int descriptor) { keys_.emplace(descriptor); }
 
  protected:
@@ -47,7 +48,8 @@ class ConsoleShell : public Shell {
   std::FILE* out_;
   std::optional<TerminalKeys> keys_;
   bool terminal_;
-  bool lineOpen_ = false;  // a progress bar or an overwritten line has no line end yet
+  bool estimating_ = false;  // the iterations have begun, or are over
+  bool lineOpen_ = false;    // a progress bar or an overwritten line has no line end yet
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 

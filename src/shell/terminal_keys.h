@@ -1,9 +1,9 @@
 // The keys that are pressed on a terminal while a run lasts, without waiting for Enter.
 //
-// For its life the terminal neither collects lines nor shows what is typed; Ctrl+C, Ctrl+Z and
-// Ctrl+S keep their meaning.  The terminal's own mode comes back at the end, at the first Ctrl+C,
-// while the run is stopped with Ctrl+Z, and when a fault ends the program.  A run in the background
-// leaves the terminal alone until it comes to the front.
+// From the first Take on the terminal neither collects lines nor shows what is typed; Ctrl+C,
+// Ctrl+Z and Ctrl+S keep their meaning.  The terminal's own mode comes back at the end, at the
+// first Ctrl+C, while the run is stopped with Ctrl+Z, and when a fault ends the program.  A run in
+// the background leaves the terminal alone until it comes to the front.
 //
 // Tested by tests/damage/terminal_keys_test.cpp.
 #ifndef FLANKS_SHELL_TERMINAL_KEYS_H

@@ -1,8 +1,10 @@
 // Keys on a terminal: the program runs as a job of its own on a pseudo-terminal, with a parent
 // that lives on, as below a shell.  The terminal's mode is read from the other end.
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 #include <poll.h>
 #include <pty.h>
 #include <string>
@@ -16,28 +18,34 @@ namespace flanks {
 namespace {
 
 // 600 persons give 20 items 179,700 pairs each: Table 14 lasts until somebody ends it.
-std::string LongTable() {
-  std::string text =
-      "Flanks=2\nModels=?B,?B,R4\nTables=00000000000001\nSubsets=No\nLabels=\n1,Persons\n"
-      "1-600=p\n*\n2,Items\n1-20=i\n*\nData=\n";
+constexpr const char* kLongTable =
+    "Flanks=2\nModels=?B,?B,R4\nTables=00000000000001\nSubsets=No\nLabels=\n1,Persons\n"
+    "1-600=p\n*\n2,Items\n1-20=i\n*\nData=";
+std::string Responses() {
+  std::string text;
   for (int person = 1; person <= 600; ++person)
     for (int item = 1; item <= 20; ++item)
       text += std::to_string(person) + "," + std::to_string(item) + "," +
               std::to_string((person * 7 + item * 5 + person * item % 11) % 5) + "\n";
   return text;
 }
+std::string LongTable() {
+  return kLongTable + ("\n" + Responses());
+}
+
+// The report in a pipe, whose reader shows it on the terminal.
+enum class Output : std::uint8_t { onTerminal, piped };
 
 class Job {
  public:
   // In front on a terminal of its own, with `sandbox` for its files.
-  Job(const FlanksSandbox& sandbox, const std::string& specification, bool piped = false) {
+  Job(const FlanksSandbox& sandbox, const std::string& specification,
+      Output output = Output::onTerminal) {
     sandbox.Write("spec.txt", specification);
-    const std::string folder = (sandbox.Top() / "run").string();
-    const std::string temporary = (sandbox.Top() / "temporary").string();
-    parent_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
-    if (parent_ == 0) BeParent(folder, temporary, piped);
-    EXPECT_GT(parent_, 0);
+    Start(sandbox, "spec.txt", output);
   }
+  // The Specification is typed.
+  explicit Job(const FlanksSandbox& sandbox) { Start(sandbox, "/dev/stdin", Output::onTerminal); }
   ~Job() {
     if (!ended_) kill(-tcgetpgrp(terminal_), SIGKILL);
     WaitFor([this] { return ended_; });
@@ -68,9 +76,16 @@ class Job {
   int exitStatus() const { return exitStatus_; }
 
  private:
+  void Start(const FlanksSandbox& sandbox, const char* name, Output output) {
+    const std::string folder = (sandbox.Top() / "run").string();
+    const std::string temporary = (sandbox.Top() / "temporary").string();
+    parent_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
+    if (parent_ == 0) BeParent(folder, temporary, name, output);
+    EXPECT_GT(parent_, 0);
+  }
   // The parent waits and passes the job's exit status on: 128 and the signal, when one ended it.
   [[noreturn]] static void BeParent(const std::string& folder, const std::string& temporary,
-                                    bool piped) {
+                                    const char* name, Output output) {
     signal(SIGTTOU, SIG_IGN);
     const pid_t job = fork();
     if (job == 0) {
@@ -78,9 +93,9 @@ class Job {
       tcsetpgrp(STDIN_FILENO, getpgrp());
       signal(SIGTTOU, SIG_DFL);
       setenv("TMPDIR", temporary.c_str(), 1);
-      if (piped) TakeOutputFromTerminal();
+      if (output == Output::piped) TakeOutputFromTerminal();
       if (chdir(folder.c_str()) == 0)
-        execl(FLANKS_PROGRAM, FLANKS_PROGRAM, "spec.txt", "report.txt", nullptr);
+        execl(FLANKS_PROGRAM, FLANKS_PROGRAM, name, "report.txt", nullptr);
       _exit(127);
     }
     int status = 0;
@@ -88,7 +103,6 @@ class Job {
     _exit(WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status));
   }
 
-  // Standard output into a pipe whose reader shows it on the terminal.
   static void TakeOutputFromTerminal() {
     int ends[2];
     if (pipe(ends) != 0) _exit(126);
@@ -176,12 +190,48 @@ TEST(TerminalKeys, HoweverARunEndsTheTerminalIsAsBefore) {
 
 TEST(TerminalKeys, WithAReportInAPipeTheTerminalIsLeftAlone) {
   FlanksSandbox sandbox;
-  Job job(sandbox, LongTable(), true);
+  Job job(sandbox, LongTable(), Output::piped);
   ASSERT_TRUE(job.WaitForText("Table 14")) << job.Shown();
   EXPECT_TRUE(job.OfLines());
   job.Press("\x03");
   ASSERT_TRUE(job.WaitForEnd());
   EXPECT_EQ(job.exitStatus(), 51) << job.Shown();
+}
+
+// Until the iterations begin the terminal collects and shows lines; then it has keys.
+TEST(TerminalKeys, ASpecificationMayBeTyped) {
+  FlanksSandbox sandbox;
+  sandbox.Write("data.txt", Responses());
+  Job job(sandbox);
+  job.Press(kLongTable + std::string("data.txt\n\x04"));
+  ASSERT_TRUE(job.WaitForText(kInTable14)) << job.Shown();
+  EXPECT_NE(job.Shown().find("\n1-600=p\r\n"), std::string::npos) << job.Shown();
+  EXPECT_FALSE(job.OfLines());
+  job.Press("\x06");
+  ASSERT_TRUE(job.WaitForText("< Cancelled")) << job.Shown();
+  ASSERT_TRUE(job.WaitForEnd());
+  EXPECT_EQ(job.exitStatus(), 0) << job.Shown();
+}
+
+constexpr const char* kTwoItems =
+    "Flanks=2\nModels=?,?,R3\nLabels=\n1,Persons\n1-4=p\n*\n2,Items\n1-2=i\n*\nData=";
+constexpr const char* kEightResponses = "1,1-2,0,1\n2,1-2,1,2\n3,1-2,2,2\n4,1-2,1,3\n";
+
+// Behind the Specification itself, and in a file of their own.
+TEST(TerminalKeys, DataMayBeTyped) {
+  for (const bool inOne : {true, false}) {
+    FlanksSandbox sandbox;
+    const std::unique_ptr<Job> job =
+        inOne ? std::make_unique<Job>(sandbox)
+              : std::make_unique<Job>(sandbox, kTwoItems + std::string("/dev/tty\n"));
+    if (inOne) job->Press(kTwoItems + std::string("\n"));
+    job->Press(kEightResponses + std::string("\x04"));
+    ASSERT_TRUE(job->WaitForEnd()) << job->Shown();
+    EXPECT_EQ(job->exitStatus(), 0) << job->Shown();
+    EXPECT_NE(sandbox.Read("report.txt").find("Estimable observations"), std::string::npos);
+    EXPECT_NE(job->Shown().find("4,1-2,1,3\r\n"), std::string::npos) << job->Shown();
+    EXPECT_TRUE(job->OfLines());
+  }
 }
 
 }  // namespace
