@@ -6,8 +6,10 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -213,6 +215,128 @@ TEST(ReadBackRun, WorkspacesInR) {
     ASSERT_GT(frame.size(), 2u);
     frame.erase(frame.begin() + 1);  // the classes
     ExpectSameCells(frame, 0, *cells, 0, name);
+  }
+}
+
+// ---- The plots of bias terms
+
+std::vector<std::string> WordsOf(const std::string& text) {
+  std::istringstream stream(text);
+  std::vector<std::string> words;
+  for (std::string word; stream >> word;) words.push_back(word);
+  return words;
+}
+
+// The cells of the rows of a Table of the report, cut into words: rows have figures in front.
+std::vector<TableCells> RowsOfTable(const std::string& report, const std::string& title) {
+  std::vector<TableCells> rows;
+  double number = 0.0;
+  std::size_t at = report.find("\n" + title);
+  EXPECT_NE(at, std::string::npos) << title;
+  int empty = 0;
+  for (const std::string& line : RunOf::Lines(report.substr(at + 1))) {
+    if (line.empty() && ++empty == 2) break;
+    TableCells cells;
+    std::istringstream stream(line.size() > 1 && line[0] == '|' ? line.substr(1) : "");
+    for (std::string cell; std::getline(stream, cell, '|');) cells.push_back(WordsOf(cell));
+    const bool isRow = cells.size() > 3 && !cells[0].empty() && IsNumber(cells[0][0], number);
+    if (isRow) rows.push_back(cells);
+  }
+  return rows;
+}
+
+// What the sheets must show in a row: by sheet, then by label, the value and half the distance of
+// its lines of errors.
+struct Plotted {
+  double value = 0.0, error = 0.0;
+};
+using Plots = std::map<std::string, std::map<std::string, Plotted>>;
+
+double Number(const std::string& text) {
+  return std::atof(text.c_str());
+}
+
+// From the rows of Tables 13 and 14 with the target's place among the two names of a row.  Raters
+// and criteria are negative Flanks: their measures go against the bias.
+Plots PlotsOf(const std::string& report, std::size_t target) {
+  Plots plots;
+  for (const TableCells& row : RowsOfTable(report, "Table 13.1.2 ")) {
+    const std::vector<std::string>&scores = row[0], &size = row[1], &names = row[3];
+    if (names.size() != 7) continue;
+    const std::string elements[] = {names[1] + " " + names[2], names[4] + " " + names[5]};
+    const std::string label = elements[target] + " x " + elements[1 - target];
+    const double error = Number(size[1]);
+    plots["RM"][label] = {-Number(size[0]), error};
+    plots["TV"][label] = {-Number(size[2]), 0.0};
+    plots["AO"][label] = {Number(scores[0]) / Number(scores[2]), 0.0};
+  }
+  for (const TableCells& row :
+       RowsOfTable(report, "Table 14.1." + std::to_string(target + 1) + ".1 ")) {
+    if (row.size() != 5 || row[3].size() != 5) continue;
+    const std::string first = row[0][0] + " " + row[0][1], second = row[2][0] + " " + row[2][1];
+    const std::string context = " x " + row[3][3] + " " + row[3][4];
+    plots["AM"][first + context] = {Number(row[1][0]), Number(row[1][1])};
+    plots["AM"][second + context] = {Number(row[3][0]), Number(row[3][1])};
+    const std::string pair = first + " - " + second + context;
+    plots["PM"][pair] = {Number(row[4][0]), Number(row[4][1])};
+    plots["PT"][pair] = {Number(row[4][2]), 0.0};
+  }
+  return plots;
+}
+
+// A sheet has its table below the chart: labels, then a column for each series, of which a row
+// fills those of its first element.
+void ExpectPlot(const TableCells& sheet, const std::map<std::string, Plotted>& plot,
+                const std::string& words, bool hasErrors) {
+  constexpr std::size_t kBelowTheChart = 27;
+  ASSERT_EQ(sheet.size(), kBelowTheChart + 1 + plot.size()) << words;
+  const std::vector<std::string>& heads = sheet[kBelowTheChart];
+  for (std::size_t row = kBelowTheChart + 1; row < sheet.size(); ++row) {
+    const std::string& label = sheet[row][0];
+    ASSERT_EQ(plot.count(label), 1u) << words << ": " << label;
+    const Plotted& expected = plot.at(label);
+    const std::string name = label.substr(0, std::min(label.find(" x "), label.find(" - ")));
+    std::map<std::string, double> shown;
+    for (std::size_t i = 1; i < heads.size(); ++i)
+      if (!sheet[row][i].empty()) shown[heads[i]] = Number(sheet[row][i]);
+    const std::string head = name + ": " + words;
+    ASSERT_EQ(shown.size(), hasErrors ? 3u : 1u) << words << ": " << label;
+    ASSERT_EQ(shown.count(head), 1u) << words << ": " << label;
+    EXPECT_NEAR(shown[head], expected.value, 0.00501) << words << ": " << label;
+    if (!hasErrors) continue;
+    EXPECT_NEAR(shown[head + " (+)"], expected.value + expected.error, 0.0151) << label;
+    EXPECT_NEAR(shown[head + " (-)"], expected.value - expected.error, 0.0151) << label;
+  }
+}
+
+// Every cell of the example's two workbooks, beside its Tables 13 and 14.
+TEST(ReadBackRun, PlotsOfBiasTermsInLibreOffice) {
+  if (!HasProgram("soffice")) GTEST_SKIP() << "LibreOffice (soffice) is not installed";
+  const ScratchFolder folder;
+  for (const std::string name : {"speaking.txt", "speaking-data.txt"})
+    std::filesystem::copy(FLANKS_SOURCE_DIR "/examples/speaking/" + name, folder.file(name));
+  ProgramCall call;
+  call.program = FLANKS_PROGRAM;
+  call.arguments = {"speaking.txt", "speaking.out.txt"};
+  call.folder = folder.folder();
+  ASSERT_EQ(RunProgram(call).exitStatus, 0);
+  const std::string report = folder.read("speaking.out.txt");
+  const auto sheets =
+      SheetsInLibreOffice(folder, {"speaking.bias1.2.xlsx", "speaking.bias1.3.xlsx"});
+  EXPECT_EQ(sheets.size(), 12u);
+  for (const std::size_t target : {0u, 1u}) {
+    const Plots plots = PlotsOf(report, target);
+    EXPECT_EQ(plots.at("RM").size(), 24u);
+    EXPECT_EQ(plots.at("AM").size(), 24u);
+    EXPECT_EQ(plots.at("PM").size(), target == 0 ? 60u : 36u);
+    for (const auto& [sheet, words, hasErrors] : {std::tuple{"AM", "Absolute Measure", true},
+                                                  {"RM", "Relative-to-overall Measure", true},
+                                                  {"TV", "t-value relative-to-overall", false},
+                                                  {"AO", "Average Observation", false},
+                                                  {"PM", "Pairwise Relative Measure", true},
+                                                  {"PT", "Pairwise t-statistic", false}})
+      ExpectPlot(sheets.at("speaking.bias1." + std::to_string(target + 2) + "-" + sheet),
+                 plots.at(sheet), words, hasErrors);
   }
 }
 

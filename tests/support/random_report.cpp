@@ -76,17 +76,23 @@ std::string RandomReport::Settings() {
     text += "Yardstick=" + std::to_string(Chance(50) ? 0 : Whole(1, 90)) + "," +
             OneOf({"0", "1", ".3", "9"}) + "," + OneOf({"", "-2,3,Measure", "60,40", ",,M"}) + "\n";
   if (Chance(30)) text += "Subsets=" + std::string(OneOf({"R", "L"})) + "\n";
-  // Table 14 of many elements is long, and one of its lines is like another.
-  constexpr std::size_t kElementsInPairs = 20;
-  std::size_t elements = 0;
-  for (const Flank& flank : flanks_) elements += flank.numbers.size();
-  if (elements > kElementsInPairs) text += "Tables=11111111111110\n";
   if (Chance(30)) text += "Bias=" + std::string(OneOf({"minus", "plus"})) + "\n";
-  if (Chance(30)) text += "Zscore=" + std::string(OneOf({"0,1", ".5", "2,2"})) + "\n";
+  text += BiasRows();
   if (Chance(30)) text += "T8NBC=" + std::string(OneOf({"N", "B", "C", "NB", "NC"})) + "\n";
   if (Chance(30)) text += "Barchart=" + std::string(OneOf({"0", "1", "2"})) + "\n";
   if (Chance(40)) text += "Glabel=\n1,1," + Label() + "g\n1,2," + Label() + "g\n2,1,g\n*\n";
   return text;
+}
+
+// Table 14 of many elements is long, and one of its lines is like another: of some it has the
+// largest contrasts alone.
+std::string RandomReport::BiasRows() {
+  constexpr std::size_t kElementsInPairs = 20, kMostElements = 60;
+  std::size_t elements = 0;
+  for (const Flank& flank : flanks_) elements += flank.numbers.size();
+  if (elements > kMostElements) return "Tables=11111111111110\n";
+  if (elements > kElementsInPairs) return "Zscore=0," + std::string(OneOf({"2.5", "3"})) + "\n";
+  return Chance(30) ? "Zscore=" + std::string(OneOf({"0,1", ".5", "2,2"})) + "\n" : "";
 }
 
 std::string RandomReport::ElementLine(int flank, std::int64_t number) {

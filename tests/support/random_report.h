@@ -34,6 +34,7 @@ class RandomReport {
   double Uscale();
   std::string Label();
   std::string Settings();
+  std::string BiasRows();
   std::string Letters();
   void AddFlank(int number);
   std::string ElementLine(int flank, std::int64_t number);
