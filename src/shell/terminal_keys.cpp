@@ -89,7 +89,7 @@ void ReleaseTerminal() {
 TerminalKeys::TerminalKeys(int descriptor) : descriptor_(descriptor) {
   if (isatty(descriptor) == 0) return;
   ourTerminal = descriptor;
-  for (const int each : kEndings) InstallIfUnused(each, OnEnding, SA_RESETHAND);
+  for (const int each : kEndings) InstallIfUnused(each, OnEnding, static_cast<int>(SA_RESETHAND));
   InstallIfUnused(SIGTSTP, OnStop, SA_RESTART);
   std::atexit(ReleaseTerminal);
 }
