@@ -91,7 +91,7 @@ std::string RandomReport::BiasRows() {
   std::size_t elements = 0;
   for (const Flank& flank : flanks_) elements += flank.numbers.size();
   if (elements > kMostElements) return "Tables=11111111111110\n";
-  if (elements > kElementsInPairs) return "Zscore=0," + std::string(OneOf({"2.5", "3"})) + "\n";
+  if (elements > kElementsInPairs) return "Zscore=0," + std::string(OneOf({"1.2", "2"})) + "\n";
   return Chance(30) ? "Zscore=" + std::string(OneOf({"0,1", ".5", "2,2"})) + "\n" : "";
 }
 
