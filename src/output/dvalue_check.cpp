@@ -17,13 +17,10 @@ DvalueCheck::DvalueCheck(const Design& design, const Settings& settings, const S
 
 bool DvalueCheck::Read(std::string_view line, std::int64_t lineNumber) {
   counts_.DataLines.increment();
-  if (SplitDataLine(line, rules_, line_) != Fault::none ||
-      line_.FieldCount() <= rules_.DataFlankCount ||
-      resolver_.ResolveElements(line_, lineNumber, elements_).fault != Fault::none)
-    return false;
-  // The one response of the line belongs to the first element of a range.
-  if (elements_.hasRange()) resolver_.TakeRangeElement(0, line_, elements_);
-  return true;
+  // Of a range the first element stands in `elements_`: the one response of the line is its.
+  return SplitDataLine(line, rules_, line_) == Fault::none &&
+         line_.FieldCount() > rules_.DataFlankCount &&
+         resolver_.ResolveElements(line_, lineNumber, elements_).fault == Fault::none;
 }
 
 std::int32_t DvalueCheck::SlotAt(Position position) const {
