@@ -207,12 +207,17 @@ TEST(ReadBackRun, WorkspacesInR) {
   const RunOf run;
   const Texts texts(run);
   run.Analyze({"Scorefile=s.rda", "Residualfile=r.RData", "Graphfile=g.rda"});
-  for (const auto& [name, object, cells] : {std::tuple{"s.1.rda", "SCFILE.1", &texts.persons},
-                                            {"s.2.rda", "SCFILE.2", &texts.items},
-                                            {"r.RData", "RESFILE", &texts.residuals},
-                                            {"g.rda", "GRFILE", &texts.graph}}) {
+  // Labels are texts, those of the items too, which are all numbers: in these places from the end.
+  const std::vector<std::size_t> ofScores = {1, 3}, ofResiduals = {1, 2};
+  for (const auto& [name, object, cells, labels] :
+       {std::tuple{"s.1.rda", "SCFILE.1", &texts.persons, ofScores},
+        {"s.2.rda", "SCFILE.2", &texts.items, ofScores},
+        {"r.RData", "RESFILE", &texts.residuals, ofResiduals},
+        {"g.rda", "GRFILE", &texts.graph, {}}}) {
     TableCells frame = FrameInR(run.folder, name, object);
     ASSERT_GT(frame.size(), 2u);
+    for (const std::size_t fromEnd : labels)
+      EXPECT_EQ(frame[1].at(frame[1].size() - fromEnd), "character") << name;
     frame.erase(frame.begin() + 1);  // the classes
     ExpectSameCells(frame, 0, *cells, 0, name);
   }

@@ -193,6 +193,31 @@ TEST(AnchorFile, WithCurrentSettingsIsReadAsTheSameSettings) {
   EXPECT_EQ(FirstDifference(lines(run), before), "");
 }
 
+// The line stands where the Specification has none, and only when it says something.
+TEST(AnchorFile, UnitsAreWrittenWhenOneOfThemIsNotTheUsual) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Umean=5\n", "Umean = 5, 1, 2\n"},
+      {"Uscale=3\n", "Uscale=3\nUmean = 0, 3, 2\n"},
+      {"Udecimals=4\n", "Udecimals=4\nUmean = 0, 1, 4\n"},
+      {"Umean=0,1,2\n", ""}};
+  for (const auto& [lines, copy] : cases)
+    EXPECT_EQ(CopyOf(lines), std::string("Flanks=2\n") + copy) << lines;
+}
+
+// Elements without an estimate would be anchored at Umean=; one that the Specification anchored is.
+TEST(AnchorFile, ElementsWithoutAnEstimateHaveNoMeasure) {
+  AnalysisRun run;
+  AnchorFileOf(run,
+               "Flanks=2\nModels=?,?,R2\nLabels=\n1,A,A\n1=a,.5\n2=b\n3=c,1\n4=d\n5=e\n*\n"
+               "2,B,A\n1-2=b,0\n*\nData=\n1,1-2,0,1\n2,1-2,1,2\n3,1-2,1,0\n4,1-2,1,1\n");
+  run.analysis.estimates.elements[ElementSlot(2)].ElementStatus = kStatusDropped;
+  run.analysis.estimates.elements[ElementSlot(3)].ElementStatus = kStatusDropped;
+  FinishedRun finished(run);
+  ASSERT_TRUE(WriteAnchorFile(finished.run, run.folder.file("a.txt"), {}));
+  EXPECT_THAT(run.folder.read("a.txt"), testing::ContainsRegex("\n1=a,.5\n2=b\n3=c,[-.0-9]+\n"
+                                                               "4=d,[-.0-9]+\n5=e\n\\*\n"));
+}
+
 TEST(AnchorFile, NamesTheExtraSpecificationsThatItDoesNotHave) {
   AnalysisRun run;
   EXPECT_THAT(AnchorFileOf(run, kAnchored, "Fair=Z"),

@@ -33,6 +33,12 @@ TEST(GraphAxis, GoesALogitBeyondTheMeasures) {
   EXPECT_EQ(logits.decimals, 2);
 }
 
+// 8.6 logits are 86 steps, though the sum has a bit more.
+TEST(GraphAxis, RoundingMakesNoRow) {
+  EXPECT_GT(.7 - -5.9 + 2.0, 8.6);
+  EXPECT_EQ(GraphAxisOf(-5.9, .7, 1.0).points, 87);
+}
+
 // Steps are at most three times a hundredth of the width.
 TEST(GraphAxis, HasRowsForALineAndNoMore) {
   for (double width = 1e-3; width < 1e6; width *= 1.01) {

@@ -8,10 +8,12 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
 #include <sys/resource.h>
 #include <vector>
 
+#include "import/conversion.h"
 #include "output/r_program.h"
 #include "output/rda_writer.h"
 #include "output/sav_writer.h"
@@ -309,6 +311,18 @@ TEST(HandOffs, AWorkbookIsCompleteWithTheLeastRoomThatIsEnough) {
   EXPECT_EQ(SheetLength(bench.folder.read("least.xlsx")), length);
 }
 
+// There is room again when the workbook is put together, but not all rows came to the disk.
+TEST(HandOffs, AWorkbookThatLostRowsOnTheWayIsNotWritten) {
+  Bench bench;
+  bench.text = bench.folder.write("many.txt", ManyRows("Measure\tE-Label\n"));
+  std::optional<FileSizeLimit> full;
+  bench.shell.ActionAtPump(25, [&full] { full.emplace(1000); });
+  bench.shell.ActionAtPump(30, [&full] { full.reset(); });
+  EXPECT_FALSE(bench.Excel("a.xlsx"));
+  EXPECT_THAT(bench.Files(), IsEmpty());
+  EXPECT_THAT(bench.shell.Screen(), HasSubstr("\" is not written. File write failure for "));
+}
+
 TEST(HandOffs, EndWhenTheUserBreaksTheRunOff) {
   Bench bench;
   bench.text = bench.folder.write("many.txt", ManyRows("Measure\tE-Label\n"));
@@ -369,6 +383,24 @@ TEST(WriteChartWorkbook, WritesAndTellsOfSeriesBeyondTheChart) {
                         "them.\nReady ....\n"));
   EXPECT_FALSE(WriteChartWorkbook(bench.run, bench.folder.file("none/a.xlsx"), {sheet}));
   EXPECT_THAT(bench.shell.Screen(), HasSubstr("Failure opening output file: "));
+}
+
+// The library's file as the importer reads it: texts stay as they are, numbers would be 1 and 1000.
+TEST(RunRStatistics, LabelsAreTextsAndNamesDistinct) {
+  Bench bench;
+  const std::string text =
+      bench.folder.write("labels.txt", "Status\tF-Label\tStatus\n7\t001\t8\n9\t1E+3\t10\n");
+  const std::string name = bench.folder.file("a.rda");
+  ASSERT_TRUE(RunRStatistics(bench.run, text, name, {"L", {false, true, false}}, false));
+  ConversionRequest request;
+  request.name = ReadImportName(name);
+  request.textFile = bench.folder.write("read.txt", "");
+  request.scratchFile = bench.folder.write("scratch.txt", "");
+  const ConversionEnd end = ConvertFile(request, {});
+  if (end.kind == ConversionEnd::Kind::missingModule) GTEST_SKIP() << end.text;
+  ASSERT_TRUE(end.done()) << end.text;
+  EXPECT_THAT(bench.folder.read("read.txt"),
+              testing::MatchesRegex("; ?Status\tF-Label\tStatus.1\n7\t001\t8\n9\t1E.3\t10\n"));
 }
 
 // A program named R, alone on PATH or in R_HOME while it lasts.
@@ -435,6 +467,15 @@ TEST(RunRStatistics, HasRMakeTheFileToShow) {
   EXPECT_EQ(bench.shell.Screen(),
             "No program opens \"" + bench.folder.file("a.rda") + "\" here.\n");
   EXPECT_THAT(bench.Files(), ElementsAre("a.rda", "bin")) << "no profile, no script stays";
+}
+
+TEST(RunRStatistics, TellsRWhichColumnsAreTexts) {
+  Bench bench;
+  WriteProgram(bench.folder, "bin/R", LikeR(bench.folder.file("seen.txt")));
+  const FakeR fake(bench.folder.file("bin"));
+  EXPECT_TRUE(RunRStatistics(bench.run, bench.text, bench.folder.file("a.rda"),
+                             {"L", {false, true}}, true));
+  EXPECT_THAT(bench.folder.read("seen.txt"), HasSubstr("colClasses = c(NA, \"character\"))"));
 }
 
 TEST(RunRStatistics, TellsWhatRSays) {

@@ -240,6 +240,27 @@ TEST_F(ResidualFile, ThePageCountsItsRows) {
                               "ALIGN=\"LEFT\">Bob B</TD><TD ALIGN=\"LEFT\">two</tr>\n</tbody>"));
 }
 
+TEST_F(ResidualFile, MarksInNamesAndLabelsAreTextOfThePage) {
+  Analyze();
+  done.analysis.design.flanks.FlankName[FlankNo(2)] = "A<1>&B";
+  done.analysis.design.elements.ElementLabel[ElementSlot(3)] = "<b>&";
+  TextOfRun text(done);
+  const ResidualOptions options = Options(" ", "NNNNNNNNNNY2NNNN");
+  const std::string page =
+      text.Of([&](auto& run, Destination& out) { WriteResidualWebpage(run, options, out); });
+  EXPECT_THAT(page, HasSubstr("<TH ALIGN=\"LEFT\">A&lt;1&gt;&amp;B</tr></thead>"));
+  EXPECT_THAT(page, HasSubstr("<TD ALIGN=\"LEFT\">Ann</TD><TD ALIGN=\"LEFT\">&lt;b&gt;&amp;</tr>"));
+}
+
+// Bob meets item two at B = -19.5 and has category 3: the residual is 2, the variance next to
+// nothing.
+TEST_F(ResidualFile, DisplacementsAreHeldWithinTenLogits) {
+  std::string specification = kAnchored;
+  specification.replace(specification.find("12.5"), 4, "-9.5");
+  Analyze("", specification.c_str());
+  EXPECT_THAT(Lines(Options(",", "NNNYNNNNNYN2NYNN")), testing::Contains("2.00,10.00,2,2"));
+}
+
 TEST_F(ResidualFile, TheRunShowsItsProgress) {
   Analyze("Residualfile=" + done.folder.file("res.txt"));
   EXPECT_THAT(done.Screen(),

@@ -227,6 +227,19 @@ TEST_F(ScoreFile, ThePageHasItsOwnTagForLabels) {
                               "ALIGN=\"LEFT\">Persons</tr>\n"));
 }
 
+TEST_F(ScoreFile, MarksInNamesAndLabelsAreTextOfThePage) {
+  Analyze();
+  done.analysis.design.flanks.FlankName[FlankNo(1)] = "A<1>&B";
+  done.analysis.design.elements.ElementLabel[ElementSlot(1)] = "<b>&";
+  TextOfRun text(done);
+  const std::string page = text.Of([&](auto& run, Destination& out) {
+    WriteScoreWebpage(run, FlankNo(1), Options(" ", {26, 28}), out);
+  });
+  EXPECT_THAT(page, HasSubstr("<TH ALIGN=\"LEFT\">A&lt;1&gt;&amp;B</TH>"));
+  EXPECT_THAT(page, HasSubstr("<TD ALIGN=LEFT\">&lt;b&gt;&amp;</TD><TD "
+                              "ALIGN=\"LEFT\">A&lt;1&gt;&amp;B</tr>\n"));
+}
+
 TEST_F(ScoreFile, ARunWritesOneForEachFlank) {
   Analyze("Scorefile=" + done.folder.file("s.csv") + " CSV=C");
   EXPECT_THAT(done.Screen(),

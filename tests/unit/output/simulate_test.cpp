@@ -199,6 +199,15 @@ TEST(SimulatedData, WritesResponsesThatTheRecodesLeadBack) {
   EXPECT_THAT(Simulated(run, middle, {}), HasSubstr("\n1,1,2 ; 2\n1,1,2 ; 0\n1,1,2 ; 2\n"));
 }
 
+// Of the texts that lead to category 5, 7 is itself a code of missing data.
+TEST(SimulatedData, PassesOverARecodeThatIsMissing) {
+  AnalysisRun run;
+  const std::string specification =
+      "Flanks=2\nMissing=5,7\nModels=?,?,S\n*\nRating scale=S,R9\n0=,0,A\n5=,0,A,7+8\n*\n"
+      "Labels=\n1,P,A\n1=low,-60\n2=high,60\n*\n2,I,A\n1=i,0\n*\nData=\n1,1,0\n2,1,8\n";
+  EXPECT_THAT(Simulated(run, specification, {}), HasSubstr("\n1,1,0 ; 0\n2,1,8 ; 8\n"));
+}
+
 TEST(SimulatedData, NamesElementsAsTheDataDo) {
   AnalysisRun run;
   const std::string specification =
@@ -314,6 +323,17 @@ TEST(SimulatedData, OfCountsGoesBeyondTheLargestObserved) {
   EXPECT_NEAR(mean, 3.97877, .124);
   EXPECT_NEAR(squares / lines - mean * mean, 3.85094, .335);
   EXPECT_EQ(largest, 10);
+}
+
+// At a rate of 350 nearly every draw is above 255, the largest count that is read.
+TEST(SimulatedData, OfCountsEndsAt255) {
+  AnalysisRun run;
+  const std::string text =
+      Simulated(run,
+                "Flanks=2\nModels=?,?,S\n*\nRating scale=S,P\n0=,1,A\n*\nLabels=\n1,P,A\n"
+                "1=p,5.857933\n*\n2,I,A\n1=i,0\n*\nData=\n1,1,250\n1,1,240\n1,1,230\n",
+                {.seed = 11});
+  EXPECT_THAT(text, testing::EndsWith("\n1,1,255 ; 250\n1,1,255 ; 240\n1,1,255 ; 230\n"));
 }
 
 TEST(SimulatedData, StaysAsFarAsWrittenWhenTheRunIsBrokenOff) {
