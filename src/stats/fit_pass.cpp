@@ -383,6 +383,8 @@ void CalculateFit(Run& run) {
   FlankMeans(run.analysis.design, estimates);
   FitPass pass(PassPartsOf(run.analysis, run.console), fairKind);
   if (!pass.Run()) run.console.FailureStop(message::kFairScore);
+  if (pass.readsWhatOthersLeft())
+    run.console.WarnLine("Poisson scales beside larger scales: their S.E. and fit are unreliable.");
   estimates.stage = StatisticsStage::sums;
 }
 

@@ -52,6 +52,8 @@ class FitPass {
   // Clears the sums, then adds all observations; ends early when the run is to stop.  False when an
   // observation lay below its scale's lowest category: the recode tables contradict each other.
   [[nodiscard]] bool Run();
+  // Whether variances of a Poisson scale took in what larger scales had left (docs/quirks.md).
+  bool readsWhatOthersLeft() const { return kernel_.oneByOne(); }
 
  private:
   void ClearSums();

@@ -1,6 +1,7 @@
 #include "stats/fit_pass.h"
 
 #include <cmath>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
@@ -246,6 +247,23 @@ TEST(FitPass, ClearsWhatAFormerPassLeft) {
   CalculateFit(run.data.run);
   EXPECT_EQ(run.estimates().fitSums[run.SlotOf(0, 0)].terms.Information, first);
   EXPECT_EQ(run.estimates().fitTotals.ofState(1).Count, 4.0);
+}
+
+// A Poisson scale of counts up to 3 fills 11 probabilities; one of counts up to 9 fills 19.
+TEST(FitPass, TellsOfPoissonScalesBesideLargerOnes) {
+  constexpr const char* kWords = "Poisson scales beside larger scales: ";
+  const auto screenOf = [](const std::string& secondModel) {
+    FitRun run;
+    run.Flanks({4, 2}, {1, -1});
+    run.data.Model("?,1,P");
+    run.data.Model(secondModel);
+    run.Read("1,1,0\n2,1,1\n3,1,2\n4,1,3\n1,2,1\n2,2,4\n3,2,5\n4,2,9\n");
+    run.CountScores();
+    CalculateFit(run.data.run);
+    return run.data.Screen();
+  };
+  EXPECT_THAT(screenOf("?,2,P"), testing::HasSubstr(kWords));
+  EXPECT_THAT(screenOf("?,2,R9"), testing::Not(testing::HasSubstr(kWords)));
 }
 
 // With the shared array marked as filled to its end, although all of it is 0, the observations are
