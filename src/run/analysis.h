@@ -59,6 +59,12 @@ struct SpecificationState {
 };
 
 struct Analysis {
+  // In a source of their own: they are long, and without that each file that has one compiles them.
+  Analysis();
+  ~Analysis();
+  Analysis(Analysis&&) noexcept;
+  Analysis& operator=(Analysis&&) noexcept;
+
   Settings settings;                 // one value for each keyword            written by spec/
   SpecificationState specification;  // the Specification being read       written by spec/
   ReadState reading;          // FaultCode, LineNumber, CurrentLine    written by spec/, data/

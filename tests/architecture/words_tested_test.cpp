@@ -1,21 +1,16 @@
 // Each message, fault and keyword of the program occurs in some test.  What nobody can reach from
 // outside is listed here with its reason.
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <regex>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "support/file_bytes.h"
+
 namespace flanks {
 namespace {
-
-std::string ReadFile(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 // All tests and golden cases but this file, with string literals that run over lines joined.
 const std::string& TestTexts() {
@@ -26,7 +21,7 @@ const std::string& TestTexts() {
       const std::string extension = entry.path().extension().string();
       const bool isText = extension == ".cpp" || extension == ".h" || extension == ".txt";
       if (isText && entry.path().filename() != "words_tested_test.cpp")
-        all += ReadFile(entry.path());
+        all += BytesOfFile(entry.path());
     }
     return std::regex_replace(all, std::regex("\"\\s*\n\\s*\""), "");
   }();
@@ -39,7 +34,7 @@ bool InSomeTest(const std::string& words) {
 
 // The first group of each match in a source file.
 std::vector<std::string> Matches(const std::string& file, const std::string& pattern) {
-  const std::string text = ReadFile(std::string(FLANKS_SOURCE_DIR) + "/src/" + file);
+  const std::string text = BytesOfFile(std::string(FLANKS_SOURCE_DIR) + "/src/" + file);
   const std::regex expression(pattern);
   std::vector<std::string> found;
   for (std::sregex_iterator it(text.begin(), text.end(), expression), end; it != end; ++it)
@@ -93,7 +88,7 @@ TEST(WordsTested, EveryFileThatACommentNames) {
   int found = 0;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(top / "src")) {
     if (entry.is_directory()) continue;
-    const std::string text = ReadFile(entry.path());
+    const std::string text = BytesOfFile(entry.path());
     for (std::sregex_iterator it(text.begin(), text.end(), named), end; it != end; ++it) {
       EXPECT_TRUE(std::filesystem::exists(top / it->str())) << entry.path() << " " << it->str();
       ++found;

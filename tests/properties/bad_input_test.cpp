@@ -1,21 +1,19 @@
 // Whatever stands in a Specification, a run ends: completed, or in a numbered fault, "Execution
 // halted" and exit status 1.  Never a crash, a hang, a leftover work file or an empty message.
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "support/analysis_run.h"
+#include "support/file_bytes.h"
 
 namespace flanks {
 namespace {
 
 std::string ReadSource(const std::string& name) {
-  std::ifstream in(std::string(FLANKS_SOURCE_DIR) + "/" + name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  return BytesOfFile(std::string(FLANKS_SOURCE_DIR) + "/" + name);
 }
 
 std::vector<std::string> LinesOf(const std::string& text) {

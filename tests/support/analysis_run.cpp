@@ -5,6 +5,17 @@
 
 namespace flanks {
 
+AnalysisRun::AnalysisRun() = default;
+AnalysisRun::~AnalysisRun() = default;
+
+void AnalysisRun::Write(const std::string& name, std::string_view text) {
+  folder.write(name, text);
+}
+
+std::string AnalysisRun::Report() const {
+  return folder.read("report.txt");
+}
+
 int AnalysisRun::Analyze(std::string_view specification, const std::string& extras) {
   folder.write("spec.txt", specification);
   return RunCommandLine(folder.file("spec.txt") + " " + folder.file("report.txt") + " " + extras);

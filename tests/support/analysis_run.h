@@ -25,6 +25,9 @@ namespace flanks {
 
 class AnalysisRun {
  public:
+  AnalysisRun();
+  ~AnalysisRun();
+
   ScratchFolder folder;
   Process process;
   Analysis analysis;
@@ -39,8 +42,8 @@ class AnalysisRun {
   // Runs again with the same files and a fresh state.
   int RunCommandLine(const std::string& commandLine);
 
-  void Write(const std::string& name, std::string_view text) { folder.write(name, text); }
-  std::string Report() const { return folder.read("report.txt"); }
+  void Write(const std::string& name, std::string_view text);
+  std::string Report() const;
   std::string Screen() const;
 
   // The names in the folder beside the ones of the test's own making: work files left behind.

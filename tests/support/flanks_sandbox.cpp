@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <stdlib.h>
 #include <system_error>
+
+#include "support/file_bytes.h"
 
 namespace flanks {
 namespace {
@@ -22,9 +23,8 @@ fs::path FreshFolder() {
 }  // namespace
 
 std::string ReadWholeFile(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  if (!in) throw std::runtime_error("cannot read " + file.string());
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  if (!fs::exists(file)) throw std::runtime_error("cannot read " + file.string());
+  return BytesOfFile(file);
 }
 
 void WriteWholeFile(const fs::path& file, std::string_view contents) {
@@ -63,8 +63,7 @@ void FlanksSandbox::CopyIn(const fs::path& file) const {
 }
 
 std::string FlanksSandbox::Read(const std::string& name) const {
-  const fs::path file = top_ / "run" / name;
-  return fs::exists(file) ? ReadWholeFile(file) : std::string();
+  return BytesOfFile(top_ / "run" / name);
 }
 
 std::vector<std::string> FlanksSandbox::Files() const {

@@ -15,7 +15,8 @@ namespace flanks {
 
 class RecordingShell : public Shell {
  public:
-  using Shell::Shell;
+  explicit RecordingShell(RunControl& control);
+  ~RecordingShell() override;
 
   struct Status {
     std::string text;
@@ -29,34 +30,20 @@ class RecordingShell : public Shell {
   std::int64_t clockStep = 0;  // added at each look at the clock
 
   // At pump `number` (from 1) the keys arrive, or the action is taken.
-  void KeysAtPump(int number, std::string keys) {
-    ActionAtPump(number, [this, keys] { control_.KeyBuffer += keys; });
-  }
-  void ActionAtPump(int number, std::function<void()> action) {
-    actions_.emplace(number, std::move(action));
-  }
+  void KeysAtPump(int number, const std::string& keys);
+  void ActionAtPump(int number, std::function<void()> action);
 
   // All status texts, one to a line.
-  std::string Screen() const {
-    std::string all;
-    for (const Status& status : statuses) all += status.text + "\n";
-    return all;
-  }
+  std::string Screen() const;
 
  protected:
-  void DoDeliverEvents() override {
-    ++pumps;
-    const auto range = actions_.equal_range(pumps);
-    for (auto it = range.first; it != range.second; ++it) it->second();
-  }
-  void DoWait(int milliseconds) override { clock += milliseconds; }
-  void DoShowStatus(std::string_view text, Emphasis emphasis) override {
-    statuses.push_back({std::string(text), emphasis});
-  }
-  void DoAppendOutput(std::string_view line) override { output.emplace_back(line); }
-  void DoShowProgress(std::string_view piece) override { progress += piece; }
-  void DoEditFile(const std::string&, ViewAt, std::string_view) override {}
-  std::int64_t DoMilliseconds() override { return clock += clockStep; }
+  void DoDeliverEvents() override;
+  void DoWait(int milliseconds) override;
+  void DoShowStatus(std::string_view text, Emphasis emphasis) override;
+  void DoAppendOutput(std::string_view line) override;
+  void DoShowProgress(std::string_view piece) override;
+  void DoEditFile(const std::string&, ViewAt, std::string_view) override;
+  std::int64_t DoMilliseconds() override;
 
  private:
   std::multimap<int, std::function<void()>> actions_;
@@ -66,9 +53,9 @@ class RecordingShell : public Shell {
 class RecordingDialogs : public Dialogs {
  public:
   std::vector<std::string> boxes;  // "title: text"
-  void MessageBox(std::string_view text, std::string_view title) override {
-    boxes.push_back(std::string(title) + ": " + std::string(text));
-  }
+  RecordingDialogs();
+  ~RecordingDialogs() override;
+  void MessageBox(std::string_view text, std::string_view title) override;
 };
 
 }  // namespace flanks

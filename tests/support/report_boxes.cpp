@@ -14,6 +14,7 @@ constexpr std::string_view kBreak = "<br>";
 constexpr std::size_t kEntityLength = 7;  // "&#9474;"
 
 char CodeOfEntity(std::string_view entity) {
+  if (entity.empty() || entity.front() != '&') return 0;  // of most places, and quick
   for (const BoxCharacter& box : kBoxCharacters)
     if (entity == "&#" + std::to_string(box.unicode) + ";") return box.code;
   return 0;

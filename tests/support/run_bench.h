@@ -24,13 +24,13 @@ class RecordingLauncher : public Launcher {
  public:
   bool works = false;
   std::vector<std::string> asked;
-  bool Open(const std::string& name) override {
-    asked.push_back(name);
-    return works;
-  }
+  bool Open(const std::string& name) override;
 };
 
 struct RunBench {
+  RunBench();
+  ~RunBench();
+
   ScratchFolder folder;  // first, so that the work files vanish before it
   Process process;
   Analysis analysis;

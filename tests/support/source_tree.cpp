@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+
+#include "support/file_bytes.h"
 
 namespace flanks {
 namespace {
@@ -21,11 +21,6 @@ bool EndsInOneOf(const std::string& name, const std::vector<std::string>& ending
   return endings.empty() || std::ranges::any_of(endings, [&](const std::string& ending) {
            return name.ends_with(ending);
          });
-}
-
-std::string ContentsOf(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 // The end of the literal or comment that begins at `start`, or `start` when none begins there.
@@ -62,7 +57,7 @@ SourceTree ReadSourceTree(std::string_view folder, const std::vector<std::string
       continue;
     }
     const std::string name = at->path().lexically_relative(top).generic_string();
-    if (at->is_regular_file() && EndsInOneOf(name, endings)) tree[name] = ContentsOf(at->path());
+    if (at->is_regular_file() && EndsInOneOf(name, endings)) tree[name] = BytesOfFile(at->path());
   }
   return tree;
 }

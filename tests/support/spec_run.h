@@ -18,31 +18,21 @@
 namespace flanks {
 
 struct SpecRun : RunBench {
+  SpecRun();
+  ~SpecRun();
+
   SpecContext context() { return SpecContextOf(analysis, process, console); }
 
   // The steps in order, as long as none has a fault.
-  void Do(const std::vector<void (*)(Run&)>& steps) {
-    for (const auto step : steps)
-      if (!Halted(run)) step(run);
-  }
-
+  void Do(const std::vector<void (*)(Run&)>& steps);
   // Reads `text` as the file s.txt, behind the Extra specifications.
-  void Read(std::string_view text, std::string_view extras = "") {
-    process.commandLine = '"' + folder.write("s.txt", text) + "\" " + std::string(extras);
-    Do({ReadCommandLine, ApplyExtraSpecifications, ReadSpecification});
-  }
+  void Read(std::string_view text, std::string_view extras = "");
 
   Fault fault() const { return analysis.reading.FaultCode; }
   // What Table 1 is to show among the comments.
-  std::vector<std::string> IgnoredLines() {
-    KeptLines& kept = analysis.specification.IgnoredLines;
-    std::vector<std::string> lines;
-    std::string line;
-    for (kept.Rewind(); kept.Next(line);) lines.push_back(line);
-    return lines;
-  }
+  std::vector<std::string> IgnoredLines();
   // The line that reports the pending fault.
-  std::string FaultText() const { return FaultLine(fault(), analysis.reading.fault); }
+  std::string FaultText() const;
 };
 
 }  // namespace flanks

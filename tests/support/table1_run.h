@@ -5,18 +5,10 @@
 #ifndef FLANKS_TESTS_SUPPORT_TABLE1_RUN_H
 #define FLANKS_TESTS_SUPPORT_TABLE1_RUN_H
 
-#include <algorithm>
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "spec/delements.h"
-#include "spec/labels.h"
-#include "spec/models.h"
-#include "spec/output_names.h"
-#include "spec/scales.h"
-#include "spec/table1.h"
 #include "support/spec_run.h"
 
 namespace flanks {
@@ -40,21 +32,10 @@ inline const std::string kTable1Data = "Data=\n1,1,3\n";
 
 struct Table1Run : SpecRun {
   std::vector<std::string> lines;  // without the blanks at their ends
-  explicit Table1Run(const std::string& text, const std::string& extras = "") {
-    Read(text, extras);
-    Do({BuildModelTable, LoadScales, LoadLabels, PrepareDelements, SettleOutputNames,
-        MatchElementsToModels});
-    EXPECT_EQ(fault(), Fault::none) << FaultText();
-    analysis.settings.specificationFile = "s.txt";  // without the folder of the test
-    analysis.report.runHeading = "Check ";
-    if (!Halted(run)) WriteTable1(run);
-    lines = shell.output;
-    for (std::string& line : lines) line.erase(line.find_last_not_of(' ') + 1);
-  }
+  explicit Table1Run(const std::string& text, const std::string& extras = "");
+  ~Table1Run();
   // The lines from the one that is `first` on.
-  std::vector<std::string> From(std::string_view first) const {
-    return {std::find(lines.begin(), lines.end(), first), lines.end()};
-  }
+  std::vector<std::string> From(std::string_view first) const;
 };
 
 }  // namespace flanks
