@@ -16,7 +16,7 @@ struct GatheredImport {
   GatheredImport& operator=(const GatheredImport&) = delete;
 
   std::string written;
-  const ConversionWatch watch;
+  const ConversionWatch watch{};
   ImportText text{{1, ",9,"}, watch, [this](std::string_view piece) {
                     written += piece;
                     return true;
