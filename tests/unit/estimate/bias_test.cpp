@@ -190,6 +190,25 @@ struct PassTest : ::testing::Test {
   PassDesign d;
 };
 
+// The terms of the first interaction, found, and the first pass over them.
+struct FirstPass {
+  const PassParts parts;
+  BiasTermList terms;
+  ObservationReader reader;
+  BiasPass pass;
+  Column<BiasTermRow, BiasFirstSums> sums;
+
+  explicit FirstPass(PassDesign& d)
+      : parts(d.parts()),
+        terms(parts, BiasInteractionsOf(d.design).at(0)),
+        reader(parts),
+        pass(parts, terms) {
+    terms.Find(reader);
+    sums = Column<BiasTermRow, BiasFirstSums>(terms.count());
+    pass.First(reader, sums);
+  }
+};
+
 TEST_F(PassTest, TheFirstPassSumsByHand) {
   d.Flank(2, kPositiveOrientation).Flank(2, kNegativeOrientation);
   d.Structure(d.Statement({"B", "B"}), d.Rating({0.0f}));
@@ -199,14 +218,10 @@ TEST_F(PassTest, TheFirstPassSumsByHand) {
   d.Observe({1, 4}, 0, 0, 3.0f);
   d.Observe({1, 3}, 0, 0, 2.0f);
   d.Observe({2, 3}, 0, 1);
-  const PassParts parts = d.parts();
-  BiasTermList terms(parts, BiasInteractionsOf(d.design).at(0));
-  ObservationReader reader(parts);
-  terms.Find(reader);
-  ASSERT_EQ(terms.count(), 3);
-  Column<BiasTermRow, BiasFirstSums> sums(3);
-  BiasPass pass(parts, terms);
-  pass.First(reader, sums);
+  FirstPass made(d);
+  ASSERT_EQ(made.terms.count(), 3);
+  const Column<BiasTermRow, BiasFirstSums>& sums = made.sums;
+  BiasPass& pass = made.pass;
   const double P = 1.0 / (1.0 + std::exp(-1.0));
   const BiasFirstSums& first = sums[BiasTermRow(1)];
   EXPECT_EQ(first.Count, 3.0);
@@ -229,7 +244,7 @@ TEST_F(PassTest, TheFirstPassSumsByHand) {
 
   Column<BiasTermRow, BiasState> states(3);
   states[BiasTermRow(1)].Bias = -0.5f;
-  pass.Expected(reader, states);
+  pass.Expected(made.reader, states);
   EXPECT_NEAR(states[BiasTermRow(1)].ExpectedSum, 3.0 / (1.0 + std::exp(-0.5)), 1E-6);
   EXPECT_NEAR(states[BiasTermRow(2)].ExpectedSum, 0.5, 1E-6);
   EXPECT_NEAR(states[BiasTermRow(3)].ExpectedSum, 3.0 / (1.0 + std::exp(1.0)), 1E-6);
@@ -248,20 +263,14 @@ TEST_F(PassTest, WhatHasNoWeightAddsToNoTerm) {
   d.Observe({1, 3}, 1, 0);
   d.Observe({1, 4}, 0, 1);
   d.Observe({1, 3}, 0, 0, 3.0f);
-  const PassParts parts = d.parts();
-  BiasTermList terms(parts, BiasInteractionsOf(d.design).at(0));
-  ObservationReader reader(parts);
-  terms.Find(reader);
-  ASSERT_EQ(terms.count(), 1);
-  Column<BiasTermRow, BiasFirstSums> sums(1);
-  BiasPass pass(parts, terms);
-  pass.First(reader, sums);
-  const BiasFirstSums& first = sums[BiasTermRow(1)];
+  const FirstPass made(d);
+  ASSERT_EQ(made.terms.count(), 1);
+  const BiasFirstSums& first = made.sums[BiasTermRow(1)];
   EXPECT_EQ(first.Count, 5.0);
   EXPECT_EQ(first.ObservedScore, 2.0);
   EXPECT_EQ(first.MaxScore, 5.0);
   EXPECT_EQ(first.SmallestWeight, 2.0f);
-  EXPECT_EQ(pass.residuals().Count, 5.0);
+  EXPECT_EQ(made.pass.residuals().Count, 5.0);
 }
 
 // ---- The loop, in whole runs

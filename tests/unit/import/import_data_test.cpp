@@ -161,26 +161,25 @@ TEST(ImportData, TellsWhatItDoes) {
   EXPECT_THAT(run.Report(), Not(HasSubstr("flanks-imported")));
 }
 
+// Two persons by two items, five rows; in the place of the first response stands a code.
+int AnalyzeCode(AnalysisRun& run, const std::string& code, const std::string& scaleAndModel) {
+  const std::string rows = "Ann,x," + code + "\nAnn,y,2\nBob,x,1\nBob,y,3\nAnn,x,2\n";
+  run.Write("d.xlsx", XlsxBytes(BookOf("A", TableOf(rows))));
+  return run.Analyze("Title=Codes\nFlanks=2\nDelements=1L,2L\n" + scaleAndModel +
+                     "Labels=\n1,P\n1=Ann\n2=Bob\n*\n2,I\n1=x\n2=y\n*\nData=d.xlsx\n");
+}
+
 TEST(ImportData, ACodeThatAScaleRecodesIsNoHeading) {
   AnalysisRun run;
-  run.Write("d.xlsx",
-            XlsxBytes(BookOf("A", TableOf("Ann,x,F\nAnn,y,2\nBob,x,1\nBob,y,3\nAnn,x,2\n"))));
-  const std::string specification =
-      "Title=Codes\nFlanks=2\nDelements=1L,2L\nRating scale=G,R3\n0=failed,,,F\n1=passed\n*\n"
-      "Models=?,?,G\nLabels=\n1,P\n1=Ann\n2=Bob\n*\n2,I\n1=x\n2=y\n*\nData=d.xlsx\n";
-  ASSERT_EQ(run.Analyze(specification), 0) << run.Screen();
+  const std::string scale = "Rating scale=G,R3\n0=failed,,,F\n1=passed\n*\nModels=?,?,G\n";
+  ASSERT_EQ(AnalyzeCode(run, "F", scale), 0) << run.Screen();
   EXPECT_THAT(run.Screen(), Not(HasSubstr("heading")));
   EXPECT_THAT(run.Report(), HasSubstr("Valid responses used for estimation = 5\n"));
 }
 
 TEST(ImportData, AMissingCodeIsNoHeading) {
   AnalysisRun run;
-  run.Write("d.xlsx",
-            XlsxBytes(BookOf("A", TableOf("Ann,x,away\nAnn,y,2\nBob,x,1\nBob,y,3\nAnn,x,2\n"))));
-  const std::string specification =
-      "Title=Codes\nFlanks=2\nDelements=1L,2L\nMissing=away\nModels=?,?,R3\n"
-      "Labels=\n1,P\n1=Ann\n2=Bob\n*\n2,I\n1=x\n2=y\n*\nData=d.xlsx\n";
-  ASSERT_EQ(run.Analyze(specification), 0) << run.Screen();
+  ASSERT_EQ(AnalyzeCode(run, "away", "Missing=away\nModels=?,?,R3\n"), 0) << run.Screen();
   EXPECT_THAT(run.Screen(), Not(HasSubstr("heading")));
   EXPECT_THAT(run.Report(), HasSubstr("Total lines in data file = 5\n"));
   EXPECT_THAT(run.Report(), HasSubstr("Valid responses used for estimation = 4\n"));
